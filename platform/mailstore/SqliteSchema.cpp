@@ -1,0 +1,248 @@
+#include "mailstore/SqliteSchema.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <fstream>
+#include <string>
+
+#include "host/HostError.h"
+#include "host/TextFunctions.h"
+#include "mailstore/StoreErrors.h"
+
+namespace lorvane::mailstore {
+
+namespace {
+
+namespace fs = std::filesystem;
+using host::HostError;
+using host::host_failure::Failed;
+
+// Text is kept as the bytes of its UTF-16 units, low byte first, since SQLite's own text would not carry lone surrogates and zeros. What lists need is in
+// `items` alone, so that a folder is listed without a page of a body. An item has an inner number beside its identity: a move changes the latter and nothing
+// else.
+constexpr SchemaStep Steps[] = {{R"sql(
+CREATE TABLE store (
+    one INTEGER PRIMARY KEY CHECK (one = 1),
+    store_id BLOB NOT NULL,
+    name BLOB NOT NULL,
+    kind INTEGER NOT NULL,
+    next_entry INTEGER NOT NULL
+);
+CREATE TABLE folders (
+    entry INTEGER PRIMARY KEY,
+    parent INTEGER REFERENCES folders (entry) ON DELETE CASCADE,
+    name BLOB NOT NULL,
+    folded_name BLOB NOT NULL,
+    item_type INTEGER NOT NULL,
+    message_class BLOB NOT NULL,
+    well_known INTEGER NOT NULL,
+    UNIQUE (parent, folded_name)
+);
+CREATE TABLE items (
+    item INTEGER PRIMARY KEY,
+    entry INTEGER NOT NULL UNIQUE,
+    folder INTEGER NOT NULL REFERENCES folders (entry) ON DELETE CASCADE,
+    version INTEGER NOT NULL,
+    item_class INTEGER NOT NULL,
+    message_class BLOB NOT NULL,
+    subject BLOB NOT NULL,
+    categories BLOB NOT NULL
+);
+CREATE INDEX items_of_folder ON items (folder, entry);
+CREATE TABLE details (
+    item INTEGER PRIMARY KEY REFERENCES items (item) ON DELETE CASCADE,
+    properties BLOB NOT NULL,
+    user_properties BLOB NOT NULL,
+    recipients BLOB NOT NULL
+);
+CREATE TABLE bodies (
+    item INTEGER PRIMARY KEY REFERENCES items (item) ON DELETE CASCADE,
+    kind INTEGER NOT NULL,
+    changed INTEGER NOT NULL,
+    text BLOB NOT NULL
+);
+CREATE TABLE attachments (
+    item INTEGER NOT NULL REFERENCES items (item) ON DELETE CASCADE,
+    position INTEGER NOT NULL,
+    file_name BLOB NOT NULL,
+    display_name BLOB NOT NULL,
+    type INTEGER NOT NULL,
+    mime_type BLOB NOT NULL,
+    content_id BLOB NOT NULL,
+    inline INTEGER NOT NULL,
+    properties BLOB NOT NULL,
+    data BLOB,
+    UNIQUE (item, position)
+);
+CREATE TABLE originals (
+    item INTEGER PRIMARY KEY REFERENCES items (item) ON DELETE CASCADE,
+    data BLOB NOT NULL
+);
+CREATE TABLE settings (
+    folded_application BLOB NOT NULL,
+    folded_section BLOB NOT NULL,
+    folded_key BLOB NOT NULL,
+    application BLOB NOT NULL,
+    section BLOB NOT NULL,
+    key BLOB NOT NULL,
+    value BLOB NOT NULL,
+    PRIMARY KEY (folded_application, folded_section, folded_key)
+) WITHOUT ROWID;
+)sql"}};
+
+std::u16string quoted(const fs::path& file) {
+    const std::u8string utf8 = file.u8string();
+    return u'"' + host::fromUtf8({reinterpret_cast<const char*>(utf8.data()), utf8.size()}) + u'"';
+}
+
+HostError newerFile(const std::u16string& file) {
+    return HostError(Failed, u"The store " + file + u" was written by a newer version of Lorvane. It was left as it is; open it with that version.");
+}
+
+HostError foreignFile(const std::u16string& file) {
+    return HostError(Failed, u"The file " + file + u" is not a store of Lorvane, or it is damaged. It was left as it is.");
+}
+
+void refuseNetwork(const fs::path& file, const SqliteOptions& options) {
+    std::error_code none;
+    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+    if (isNetworkFileSystem(options.fileSystem(fs::exists(file, none) ? file : folder))) {
+        throw HostError(Failed, u"The store " + quoted(file) + u" lies on a network drive, where it cannot be kept safely. Choose a folder on this computer.");
+    }
+}
+
+bool hasContent(const fs::path& file) {
+    std::error_code failed;
+    const std::uintmax_t size = fs::file_size(file, failed);
+    return !failed && size > 0;
+}
+
+fs::path beside(const fs::path& file, const char* ending) {
+    fs::path other = file;
+    return other += ending;
+}
+
+std::uint32_t bigEndian32(const unsigned char* bytes) {
+    return static_cast<std::uint32_t>(bytes[0]) << 24 | static_cast<std::uint32_t>(bytes[1]) << 16 | static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3];
+}
+
+/// Refuses by the first bytes alone, so that SQLite never opens a file that is no store: already its opening may write beside it.
+void refuseByHeader(const fs::path& file) {
+    // With a journal beside it the file may stand in the middle of a commit that SQLite takes back.
+    if (!hasContent(file) || hasContent(beside(file, "-journal"))) return;
+    std::array<unsigned char, 100> header{};
+    std::ifstream in(file, std::ios::binary);
+    if (!in) throw HostError(Failed, u"The store " + quoted(file) + u" cannot be opened. Check that you may read it.");
+    in.read(reinterpret_cast<char*>(header.data()), header.size());
+    constexpr std::string_view magic("SQLite format 3\0", 16);
+    if (in.gcount() != static_cast<std::streamsize>(header.size()) || magic != std::string_view(reinterpret_cast<char*>(header.data()), magic.size())) {
+        throw foreignFile(quoted(file));
+    }
+    const std::uint32_t application = bigEndian32(&header[68]);
+    if (application != 0 && application != StoreApplicationId) throw foreignFile(quoted(file));
+    if (application == StoreApplicationId && bigEndian32(&header[60]) > schemaSteps().size()) throw newerFile(quoted(file));
+}
+
+/// Makes the file with its owner's rights alone: what SQLite makes beside it takes them over.
+void makePrivateFile(const fs::path& file) {
+    const int made = ::open(file.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
+    if (made < 0) return;  // It exists, or SQLite tells why it cannot.
+    ::close(made);
+}
+
+void check(SqliteDatabase& database, const char* pragma) {
+    if (database.word(pragma) != "ok") database.raiseDamaged(u"its pages do not fit together.");
+}
+
+void fillNewStore(SqliteDatabase& database, const SqliteOptions& options) {
+    const StoreId id = options.storeId ? *options.storeId : randomStoreId();
+    const std::vector<FolderRecord> folders = initialFolders(options.storeName, options.storeKind);
+    Statement(database, "INSERT INTO store (one, store_id, name, kind, next_entry) VALUES (1, ?, ?, ?, ?)")
+        .bind(std::span<const std::uint8_t>(id))
+        .bind(options.storeName)
+        .bind(options.storeKind)
+        .bind(static_cast<std::int64_t>(folders.size()) + 1)
+        .run();
+    std::int64_t entry = 0;
+    for (const FolderRecord& folder : folders) {
+        const std::u16string folded = foldedName(folder.name);
+        Statement insert(database, "INSERT INTO folders (entry, parent, name, folded_name, item_type, message_class, well_known) VALUES (?, ?, ?, ?, ?, ?, ?)");
+        insert.bind(++entry);
+        if (entry == 1) {
+            insert.bindNull();
+        } else {
+            insert.bind(1);
+        }
+        insert.bind(folder.name).bind(folded).bind(folder.defaultItemType).bind(folder.defaultMessageClass).bind(folder.wellKnown).run();
+    }
+}
+
+enum class Found { Nothing, Store };
+
+Found refuseUnsuitable(SqliteDatabase& database) {
+    const std::int64_t application = database.number("PRAGMA application_id");
+    const std::int64_t version = database.number("PRAGMA user_version");
+    if (application == 0 && version == 0 && database.number("SELECT count(*) FROM sqlite_schema") == 0) return Found::Nothing;
+    if (application != StoreApplicationId) throw foreignFile(database.fileName());
+    if (version > static_cast<std::int64_t>(schemaSteps().size())) throw newerFile(database.fileName());
+    if (version < 1) database.raiseDamaged(u"its version cannot be read.");
+    return Found::Store;
+}
+
+void makeStore(SqliteDatabase& database, const SqliteOptions& options) {
+    Transaction transaction(database, Transaction::Kind::Write);
+    // Another program may have made it since.
+    if (refuseUnsuitable(database) == Found::Store) return;
+    database.execute(("PRAGMA application_id = " + std::to_string(StoreApplicationId)).c_str());
+    for (const SchemaStep& step : schemaSteps()) database.execute(step.sql);
+    database.execute(("PRAGMA user_version = " + std::to_string(schemaSteps().size())).c_str());
+    fillNewStore(database, options);
+    transaction.commit();
+}
+
+}  // namespace
+
+std::span<const SchemaStep> schemaSteps() noexcept {
+    return Steps;
+}
+
+void migrate(SqliteDatabase& database, std::span<const SchemaStep> steps) {
+    if (database.number("PRAGMA user_version") == static_cast<std::int64_t>(steps.size())) return;
+    Transaction transaction(database, Transaction::Kind::Write);
+    for (auto version = static_cast<std::size_t>(database.number("PRAGMA user_version")); version < steps.size(); ++version) {
+        database.execute(steps[version].sql);
+        database.execute(("PRAGMA user_version = " + std::to_string(version + 1)).c_str());
+    }
+    transaction.commit();
+}
+
+std::shared_ptr<SqliteDatabase> openStoreFile(const fs::path& file, const SqliteOptions& options) {
+    refuseNetwork(file, options);
+    refuseByHeader(file);
+    makePrivateFile(file);
+    const bool leftByCrash = hasContent(beside(file, "-wal"));
+    auto database = std::make_shared<SqliteDatabase>(file, options.busyTimeoutMs);
+    try {
+        const Found found = refuseUnsuitable(*database);
+        std::error_code none;
+        if (found == Found::Store && fs::file_size(file, none) <= options.checkUpToBytes) check(*database, "PRAGMA quick_check(1)");
+        if (found == Found::Nothing) makeStore(*database, options);
+        migrate(*database, schemaSteps());
+    } catch (const HostError&) {
+        if (leftByCrash) database->keepUntouchedOnClose();
+        throw;
+    }
+    if (database->word("PRAGMA journal_mode = WAL") != "wal") {
+        throw HostError(Failed, u"The store " + database->fileName() + u" cannot be kept safely on this file system. Choose another folder.");
+    }
+    database->changeCount();  // Changes count from here on.
+    return database;
+}
+
+void SqliteFile::check() const {
+    mailstore::check(*database_, "PRAGMA integrity_check(1)");
+}
+
+}  // namespace lorvane::mailstore
