@@ -1,0 +1,154 @@
+#include <charconv>
+
+#include "Chooser.h"
+#include "Commands.h"
+#include "Run.h"
+#include "Streams.h"
+#include "host/Outlook.h"
+#include "host/TextFunctions.h"
+#include "mime/MimeReader.h"
+#include "mime/MimeWriter.h"
+
+namespace lorvane::cli {
+
+using namespace host;
+using model::EditorFieldName;
+
+namespace {
+
+/// Where the caret is to stand in the open mail.
+struct CaretPlace {
+    EditorFieldName field = EditorFieldName::Body;
+    std::int32_t position = 0;
+};
+
+CaretPlace caretPlaceFrom(const std::string& text) {
+    if (text == "body") return {};
+    if (text == "subject") return {EditorFieldName::Subject, model::Driver::AtEnd};
+    constexpr std::string_view prefix = "body:";
+    std::int32_t position = 0;
+    const char* end = text.data() + text.size();
+    if (text.starts_with(prefix)) {
+        const auto [rest, error] = std::from_chars(text.data() + prefix.size(), end, position);
+        if (error == std::errc() && rest == end && position >= model::Driver::AtEnd) return {EditorFieldName::Body, position};
+    }
+    throw CommandEnd(ExitStatus::Usage, "--caret is body, body:N or subject, not " + text);
+}
+
+/// The item that the command made or opened from a file; it leaves the store with the command unless it is to stay.
+class OwnItem {
+public:
+    OwnItem(Run& run, bool keep) : run_(run), keep_(keep) {}
+    ~OwnItem() {
+        if (!item || keep_) return;
+        try {
+            if (inspector) run_.driver().closeInspector(inspector, false);
+            run_.driver().purge(item);
+        } catch (const HostError& error) {
+            tell(std::string("lorvane: the mail stays in the store: ") + error.what());
+        }
+    }
+    OwnItem(const OwnItem&) = delete;
+    OwnItem& operator=(const OwnItem&) = delete;
+    Object item, inspector;
+
+private:
+    Run& run_;
+    bool keep_;
+};
+
+void openNewMail(Run& run, const std::vector<std::string>& to, OwnItem& own) {
+    own.inspector = run.driver().newMail();
+    own.item = Inspector(own.inspector).CurrentItem();
+    const Recipients recipients = MailItem(own.item).Recipients();
+    for (const std::string& text : to) {
+        const Mailbox mailbox = mailboxFrom(text);
+        recipients.call(Member::Add, {mailbox.name.empty() ? mailbox.address : mailbox.name + u" <" + mailbox.address + u">"});
+    }
+    recipients.ResolveAll();
+}
+
+void openFromFile(Run& run, const std::string& file, OwnItem& own) {
+    mime::ReadOptions reading;
+    reading.accountName = run.account().name;
+    reading.accountAddress = run.account().address;
+    reading.now = run.now();
+    mailstore::ItemRecord record;
+    try {
+        record = mime::readMessage(readInput(file), reading);
+    } catch (const HostError& error) {
+        throw CommandEnd(ExitStatus::Fault, file + ": " + toUtf8(error.description()));
+    }
+    own.item = run.driver().import(std::move(record), apartment().gNameSpace.GetDefaultFolder(default_folder::Drafts));
+    const MailItem item(own.item);
+    own.inspector = run.driver().openItem(item.EntryID(), item.Parent().StoreID());
+}
+
+/// How the open mail stands, for telling what an insertion did.
+struct MailText {
+    std::u16string subject, body;
+    explicit MailText(const mailstore::ItemRecord& record) : subject(record.head.subject), body(record.body) {}
+    bool operator==(const MailText&) const = default;
+};
+
+Bytes messageOf(Run& run, const mailstore::ItemRecord& record) {
+    mime::WriteOptions writing;
+    writing.fromName = run.account().name;
+    writing.fromAddress = run.account().address;
+    writing.fromGiven = run.accountGiven();
+    writing.date = run.now();
+    writing.newMessageId = [&run] { return run.newMessageId(); };
+    return mime::writeMessage(record, writing);
+}
+
+/// What the insertion came to, by what it did to the mail.
+ExitStatus outcome(Run& run, const MailText& before, const MailText& after, bool refused) {
+    if (run.sawError()) return ExitStatus::Fault;
+    if (after.body != before.body) return ExitStatus::Done;
+    if (after.subject != before.subject) {
+        tell("lorvane: the text went into the subject, where the caret stood");
+        return ExitStatus::Done;
+    }
+    if (!refused) tell("lorvane: nothing was inserted: the caret was not in the body, or there was no text");
+    return ExitStatus::Refused;
+}
+
+}  // namespace
+
+ExitStatus runInsert(const RunOptions& runOptions, const InsertOptions& options) {
+    const CaretPlace caret = caretPlaceFrom(options.caret);
+    if (!options.into.empty() && !options.to.empty()) throw CommandEnd(ExitStatus::Usage, "--to is for a new mail; the mail of --into has its own recipients");
+    Run run(runOptions);
+    run.requireConnected();
+
+    OwnItem own(run, options.keep);
+    if (options.into.empty())
+        openNewMail(run, options.to, own);
+    else
+        openFromFile(run, options.into, own);
+    run.driver().focus(own.inspector, caret.field, caret.position);
+    const MailText before(run.driver().record(own.item));
+
+    run.forgetBoxes();
+    auto& chooser = apartment().forms.use<respond::frmEmail>();
+    std::optional<CommandEnd> mistake;
+    run.user().then([&](screen::ScriptedUser& user) {
+        try {
+            user.Select(chooserWindow, u"lstEmails", lineOfTemplate(chooser, options.subject, options.id));
+            user.Click(chooserWindow, options.withFormat ? u"cmdInsertWithFormat" : u"cmdInsert");
+        } catch (const CommandEnd& end) {
+            mistake = end;
+            user.CloseWindow(chooserWindow);
+        }
+    });
+    chooser.Show(true);
+    if (mistake) throw *mistake;
+    if (!run.user().failures().empty()) throw run.user().failures().front();
+
+    const mailstore::ItemRecord record = run.driver().record(own.item);
+    const ExitStatus status = outcome(run, before, MailText(record), run.sawBox());
+    if (status == ExitStatus::Done) writeOutput(options.out, messageOf(run, record));
+    return status;
+}
+
+}  // namespace lorvane::cli

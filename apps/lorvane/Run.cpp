@@ -1,0 +1,196 @@
+#include "Run.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "ExitStatus.h"
+#include "Streams.h"
+#include "host/Guards.h"
+#include "host/Locale.h"
+#include "host/TextFunctions.h"
+#include "recordset/Collation.h"
+#include "recordset/Recordset.h"
+
+namespace lorvane::cli {
+
+using namespace host;
+
+namespace {
+
+/// Full version texts for those who name a major version alone.
+std::u16string versionText(const std::string& version) {
+    if (version == "9") return u"9.0.0.2711";
+    if (version == "10") return u"10.0.0.2627";
+    if (version == "11") return u"11.0.0.5510";
+    if (version.empty() || version.find_first_not_of("0123456789.") != std::string::npos || version.front() == '.')
+        throw CommandEnd(ExitStatus::Usage, "--host-version is a number like 11 or 10.0.0.6515, not " + version);
+    return fromUtf8(version);
+}
+
+model::EditorKind editorKind(const std::string& editor) {
+    return editor == "plain" ? model::EditorKind::Plain : editor == "rich" ? model::EditorKind::Rich : model::EditorKind::Html;
+}
+
+std::string environmentText(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+/// The locale of the environment, by the order that programs follow.
+std::string environmentLocale() {
+    for (const char* name : {"LC_ALL", "LC_TIME", "LANG"})
+        if (std::string value = environmentText(name); !value.empty()) return value;
+    return {};
+}
+
+std::optional<DateTime> fixedMoment(const std::string& now) {
+    if (now.empty()) return std::nullopt;
+    try {
+        return dateTimeFromIso(fromUtf8(now));
+    } catch (const HostError&) {
+        throw CommandEnd(ExitStatus::Usage, "--now is a moment like 2028-01-10T09:00, not " + now);
+    }
+}
+
+std::filesystem::path folderOrUnderHome(const char* variable, const char* underHome) {
+    if (const std::string folder = environmentText(variable); !folder.empty()) return folder;
+    const std::string home = environmentText("HOME");
+    if (home.empty()) throw CommandEnd(ExitStatus::Fault, std::string("neither HOME nor ") + variable + " is set: name the store with --store");
+    return std::filesystem::path(home) / underHome;
+}
+
+std::shared_ptr<mailstore::SqliteFile> openStore(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) throw CommandEnd(ExitStatus::Fault, "cannot make the folder " + folder.string() + ": " + error.message());
+    return std::make_shared<mailstore::SqliteFile>(folder / "store.sqlite");
+}
+
+}  // namespace
+
+StoreFiles::StoreFiles(const RunOptions& options) {
+    if (options.store) {
+        folder = std::filesystem::absolute(*options.store);
+        applicationData = folder / "application-data";
+        documents = folder / "documents";
+    } else {
+        folder = folderOrUnderHome("XDG_DATA_HOME", ".local/share") / "lorvane";
+        applicationData = folderOrUnderHome("XDG_CONFIG_HOME", ".config") / "lorvane";
+        documents = folderOrUnderHome("XDG_DOCUMENTS_DIR", "Documents");
+    }
+    const auto file = openStore(folder);
+    mailStore = file->mailStore();
+    settings = file->settings();
+}
+
+Mailbox mailboxFrom(const std::string& text) {
+    const std::size_t open = text.rfind('<');
+    const std::size_t close = text.rfind('>');
+    const bool bracketed = open != std::string::npos && close != std::string::npos && open < close;
+    const std::string address = bracketed ? text.substr(open + 1, close - open - 1) : text;
+    if (address.find('@') == std::string::npos || address.find_first_of(" \t\r\n<>") != std::string::npos)
+        throw CommandEnd(ExitStatus::Usage, "an address looks like \"Name <name@example.com>\", not " + text);
+    std::u16string name(bracketed ? Trim(fromUtf8(text.substr(0, open))) : std::u16string_view());
+    if (name.size() > 1 && name.front() == u'"' && name.back() == u'"') name = name.substr(1, name.size() - 2);
+    return {name, fromUtf8(address)};
+}
+
+Run::Run(const RunOptions& options)
+    : clockStands_(!options.now.empty()),
+      account_(options.from.empty() ? Mailbox{u"Lorvane User", u"user@localhost"} : mailboxFrom(options.from)),
+      accountGiven_(!options.from.empty()),
+      files_(options),
+      windows_(desktop_),
+      user_(windows_),
+      logFile_(options.log) {
+    if (account_.name.empty()) account_.name = account_.address;
+    user_.onBox([](const screen::ScriptedUser::BoxRecord& box) { tell(box.title + u": " + box.text); });
+    if (options.answerYes) user_.answerWith([](const screen::BoxShown&) { return std::optional(msgbox::Yes); });
+
+    services::ServiceOptions serviceOptions;
+    serviceOptions.places = {files_.documents, files_.applicationData, {}};
+    serviceOptions.settings = files_.settings;
+    if (const auto moment = fixedMoment(options.now)) serviceOptions.now = [moment] { return *moment; };
+    serviceOptions.localeName = fromUtf8(options.locale.empty() ? environmentLocale() : options.locale);
+    services_ = std::make_unique<services::Services>(std::move(serviceOptions));
+
+    model::HostOptions hostOptions(desktop_);
+    hostOptions.version = versionText(options.hostVersion);
+    hostOptions.editor = editorKind(options.editor);
+    hostOptions.accountName = account_.name;
+    hostOptions.accountAddress = account_.address;
+    hostOptions.screen = makeObject<screen::ScriptedScreen>(windows_, user_);
+    hostOptions.files = services_->files;
+    hostOptions.settings = services_->settings;
+    hostOptions.clock = services_->clock;
+    hostOptions.environment = services_->environment;
+    hostOptions.clipboard = services_->clipboard;
+    hostOptions.region = services_->region;
+    hostOptions.shell = services_->shell;
+    hostOptions.clipboardContent = [this] {
+        return model::PasteContent{services_->clipboardContent().text(), services_->clipboardContent().html()};
+    };
+    const auto collation = std::make_shared<const recordset::Collation>(Region(services_->region).LocaleName());
+    hostOptions.makeRecordset = [collation] { return recordset::makeRecordset(collation); };
+    hostOptions.defaultStore = files_.mailStore;
+    host_ = std::make_unique<model::ModelHost>(std::move(hostOptions));
+    driver_ = std::make_unique<model::Driver>(*host_);
+
+    Object machine = host_->machine();
+    Object application = host_->application();
+    if (!logFile_.empty()) {
+        recorder_ = std::make_unique<instruments::Recorder>();
+        machine = recorder_->decorate(machine);
+        application = recorder_->decorate(application);
+    }
+    apartment_ = std::make_unique<ApartmentScope>(machine);
+    connect_ = makeObject<Connect>();
+    host_->registerClass(u"Lorvane.Connect", [connect = connect_] { return connect; });
+    if (!options.noExplorer) driver_->openExplorer();
+    implementation<Connect>(connect_)->AddinInstance_OnConnection(application, 0, host_->addInInst());
+}
+
+Run::~Run() {
+    ignoringErrors([&] { implementation<Connect>(connect_)->AddinInstance_OnDisconnection(0); });
+    if (!recorder_) return;
+    std::ofstream log(logFile_);
+    log << recorder_->text();
+    if (!log) tell("lorvane: cannot write " + logFile_);
+}
+
+bool Run::isPassive() const { return !host::apartment().gOutlook; }
+
+void Run::requireConnected() const {
+    if (isPassive()) throw CommandEnd(ExitStatus::Refused, "the add-in does not work with this version of the host");
+}
+
+DateTime Run::now() const { return Clock(services_->clock).Now(); }
+
+std::string Run::newMessageId() {
+    std::ostringstream id;
+    id << '<';
+    if (clockStands_) {
+        id << toUtf8(Replace(isoText(now()), u":", u"")) << '.' << ++messageIds_;
+    } else {
+        std::random_device random;
+        id << std::hex << random() << random() << random() << random();
+    }
+    const std::u16string_view address = account_.address;
+    id << '@' << toUtf8(address.substr(address.rfind(u'@') + 1)) << '>';
+    return id.str();
+}
+
+bool Run::sawError() const {
+    const auto& boxes = user_.Boxes();
+    return std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(firstBox_), boxes.end(),
+                       [](const auto& box) { return box.style == msgbox::Critical && box.text.starts_with(u"Error "); });
+}
+
+bool Run::sawBox() const { return user_.Boxes().size() > firstBox_; }
+
+void Run::forgetBoxes() { firstBox_ = user_.Boxes().size(); }
+
+}  // namespace lorvane::cli

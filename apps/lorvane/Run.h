@@ -1,0 +1,80 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "RunOptions.h"
+#include "host/Apartment.h"
+#include "host/Connect.h"
+#include "instruments/Recorder.h"
+#include "mailstore/SqliteStore.h"
+#include "model/Driver.h"
+#include "model/ModelHost.h"
+#include "screen/ScriptedScreen.h"
+#include "screen/ScriptedUser.h"
+#include "services/Services.h"
+
+namespace lorvane::cli {
+
+/// The files of a run: the store with its settings, and where application data and documents lie.
+struct StoreFiles {
+    explicit StoreFiles(const RunOptions& options);  ///< makes what is missing
+    std::filesystem::path folder, applicationData, documents;
+    std::shared_ptr<mailstore::MailStore> mailStore;
+    std::shared_ptr<mailstore::SettingsStore> settings;
+};
+
+/// A name and an address, from "Name <address>" or an address alone; ends the command where it is neither.
+struct Mailbox {
+    std::u16string name, address;
+};
+Mailbox mailboxFrom(const std::string& text);
+
+/// One run of the program: the model host over the store, its user a script, with the add-in connected from the constructor to the destructor.
+///
+/// Each message box is told on standard error and answered No, else Cancel, else OK, unless the run answers Yes.
+class Run {
+public:
+    explicit Run(const RunOptions& options);
+    ~Run();
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+    bool isPassive() const;  ///< the add-in refused this version of the host
+    /// Ends the command where the add-in refused the host.
+    void requireConnected() const;
+
+    const model::Driver& driver() const noexcept { return *driver_; }
+    screen::ScriptedUser& user() noexcept { return user_; }
+    const Mailbox& account() const noexcept { return account_; }
+    bool accountGiven() const noexcept { return accountGiven_; }
+    const StoreFiles& files() const noexcept { return files_; }
+    host::DateTime now() const;
+    /// Counts up from run to run of the same command line where the clock stands, so that output stays the same; else unique.
+    std::string newMessageId();
+    /// True where a standard error box was shown since the last call of `forgetBoxes`.
+    bool sawError() const;
+    bool sawBox() const;  ///< any message box since then
+    void forgetBoxes();
+
+private:
+    bool clockStands_ = false;
+    std::uint32_t messageIds_ = 0;
+    std::size_t firstBox_ = 0;
+    Mailbox account_;
+    bool accountGiven_ = false;
+    StoreFiles files_;
+    screen::Desktop desktop_;
+    screen::WindowList windows_;
+    screen::ScriptedUser user_;
+    std::unique_ptr<services::Services> services_;
+    std::unique_ptr<model::ModelHost> host_;
+    std::unique_ptr<model::Driver> driver_;
+    std::unique_ptr<instruments::Recorder> recorder_;
+    std::string logFile_;
+    std::unique_ptr<host::ApartmentScope> apartment_;
+    host::Object connect_;
+};
+
+}  // namespace lorvane::cli

@@ -1,0 +1,41 @@
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "Run.h"
+#include "Streams.h"
+#include "host/TextFunctions.h"
+#include "host/basGlobals.h"
+
+namespace lorvane::cli {
+
+using host::fromUtf8;
+using host::toUtf8;
+
+ExitStatus runSettingsGet(const RunOptions& runOptions, const SettingsOptions& options) {
+    const StoreFiles files(runOptions);
+    const auto value = files.settings->find(host::settingsApplication, host::settingsSection, fromUtf8(options.key));
+    if (!value) throw CommandEnd(ExitStatus::Refused, "the key " + options.key + " was never written");
+    printLine(*value);
+    return ExitStatus::Done;
+}
+
+ExitStatus runSettingsSet(const RunOptions& runOptions, const SettingsOptions& options) {
+    const StoreFiles files(runOptions);
+    files.settings->save(host::settingsApplication, host::settingsSection, fromUtf8(options.key), fromUtf8(options.value));
+    return ExitStatus::Done;
+}
+
+ExitStatus runSettingsList(const RunOptions& runOptions, const SettingsOptions& options) {
+    const StoreFiles files(runOptions);
+    nlohmann::json list = nlohmann::json::array();
+    for (const auto& entry : files.settings->list()) {
+        if (options.json)
+            list.push_back({{"application", toUtf8(entry.application)}, {"section", toUtf8(entry.section)}, {"key", toUtf8(entry.key)}, {"value", toUtf8(entry.value)}});
+        else
+            printLine(entry.key + u"=" + entry.value);
+    }
+    if (options.json) printLine(fromUtf8(list.dump(2)));
+    return ExitStatus::Done;
+}
+
+}  // namespace lorvane::cli

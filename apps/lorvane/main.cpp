@@ -1,0 +1,139 @@
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <functional>
+#include <iostream>
+
+#include "Commands.h"
+#include "host/HostError.h"
+
+namespace {
+
+using namespace lorvane;
+using namespace lorvane::cli;
+
+using Command = std::function<ExitStatus()>;
+
+void addRunOptions(CLI::App& app, RunOptions& run) {
+    app.add_option("--store", run.store, "Folder of the store (default: lorvane in the user's data folder)")->type_name("DIR");
+    app.add_option("--host-version", run.hostVersion, "Version of the mail host: 9, 10, 11, or dotted as 10.0.0.6515")->type_name("V");
+    app.add_option("--editor", run.editor, "Editor of new mails")->check(CLI::IsMember({"plain", "html", "rich"}));
+    app.add_option("--now", run.now, "Moment at which date and time stand, as 2028-01-10T09:00")->type_name("ISO-TIME");
+    app.add_option("--locale", run.locale, "How dates are written, as en-US, en-GB, de-DE")->type_name("NAME");
+    app.add_option("--from", run.from, "The account's name and address")->type_name("\"NAME <ADDRESS>\"");
+    app.add_flag("--no-explorer", run.noExplorer, "Start the host without a window");
+    app.add_option_function<std::string>("--answer", [&run](const std::string& answer) { run.answerYes = answer == "yes"; }, "Answer questions so (default: no)")
+        ->check(CLI::IsMember({"yes", "no"}));
+    app.add_option("--log", run.log, "Write the log of host calls into this file")->type_name("FILE");
+}
+
+void addInsert(CLI::App& app, const RunOptions& run, Command& command) {
+    auto* sub = app.add_subcommand("insert", "Insert a template into a new or given mail, at the caret");
+    auto options = std::make_shared<InsertOptions>();
+    sub->add_option("--template", options->subject, "Subject of the template, exactly")->required()->type_name("SUBJECT");
+    sub->add_option("--id", options->id, "Its EntryID, where several have the subject")->type_name("ENTRYID");
+    sub->add_flag("--with-format", options->withFormat, "With formatting, instead of text only");
+    sub->add_option("--to", options->to, "Recipient of the new mail; may be repeated")->type_name("\"NAME <ADDRESS>\"")->expected(1)->take_all();
+    sub->add_option("--into", options->into, "Insert into this message (a draft: X-Unsent: 1); - is standard input")->type_name("FILE.eml");
+    sub->add_option("--caret", options->caret, "Where the caret stands: body, body:N (-1 is the end), or subject")->type_name("PLACE");
+    sub->add_option("--out", options->out, "Write the message here instead of to standard output")->type_name("FILE");
+    sub->add_flag("--keep", options->keep, "Leave the mail in the store's Drafts");
+    sub->footer("Example: lorvane insert --template \"Quote (Sample)\" --to \"John Public <john@example.com>\"");
+    sub->callback([&run, &command, options] { command = [&run, options] { return runInsert(run, *options); }; });
+}
+
+void addTemplates(CLI::App& app, const RunOptions& run, Command& command) {
+    auto* sub = app.add_subcommand("templates", "List templates as the chooser does");
+    auto options = std::make_shared<TemplatesOptions>();
+    sub->add_option("--search", options->search, "Only subjects that hold this text, in any case")->type_name("TEXT");
+    sub->add_option("--category", options->category, "Only templates of this category")->type_name("NAME");
+    sub->add_option("--scope", options->scope, "Which folders to list")->check(CLI::IsMember({"all", "private", "shared"}));
+    sub->add_flag("--json", options->json, "A JSON array of objects: subject, categories, entryID, storeID");
+    sub->footer("Example: lorvane templates --search quote --json");
+    sub->callback([&run, &command, options] { command = [&run, options] { return runTemplates(run, *options); }; });
+}
+
+void addTemplate(CLI::App& app, const RunOptions& run, Command& command) {
+    auto* group = app.add_subcommand("template", "Make templates");
+    group->require_subcommand(1);
+    auto* sub = group->add_subcommand("add", "Add a template to the private folder");
+    auto options = std::make_shared<TemplateAddOptions>();
+    auto* subject = sub->add_option("--subject", options->subject, "Its subject")->type_name("SUBJECT");
+    sub->add_option("--category", options->categories, "Its categories, separated by commas")->type_name("\"A, B\"");
+    auto* source = sub->add_option_group("source", "What it holds (one of them)");
+    source->add_option("--text", options->text, "Plain text, UTF-8; - is standard input")->type_name("FILE");
+    source->add_option("--html", options->html, "HTML, UTF-8; - is standard input")->type_name("FILE");
+    source->add_option("--eml", options->eml, "A message with its attachments; - is standard input")->type_name("FILE");
+    source->require_option(1);
+    sub->add_option("--attach", options->attach, "Attach this file; may be repeated")->type_name("FILE")->expected(1)->take_all();
+    sub->footer("Example: lorvane template add --subject Thanks --category \"Sales, Support\" --text thanks.txt");
+    sub->callback([&run, &command, options, subject] {
+        options->subjectGiven = subject->count() > 0;
+        if (!options->subjectGiven && options->eml.empty()) throw CLI::RequiredError("--subject");
+        command = [&run, options] { return runTemplateAdd(run, *options); };
+    });
+}
+
+void addImport(CLI::App& app, const RunOptions& run, Command& command) {
+    auto* sub = app.add_subcommand("import", "Take messages (.eml) over as templates");
+    auto options = std::make_shared<ImportOptions>();
+    sub->add_option("--folder", options->folder, "Into this folder instead of the private templates folder, as \\Store\\Folder")->type_name("PATH");
+    sub->add_option("source", options->sources, "Message files, or folders of them")->required()->type_name("FILE|DIR");
+    sub->footer("Example: lorvane import templates/ welcome.eml");
+    sub->callback([&run, &command, options] { command = [&run, options] { return runImport(run, *options); }; });
+}
+
+void addSettings(CLI::App& app, const RunOptions& run, Command& command) {
+    auto* group = app.add_subcommand("settings", "Read and write the settings");
+    group->require_subcommand(1);
+    auto options = std::make_shared<SettingsOptions>();
+    auto* get = group->add_subcommand("get", "Print the value of a key; status 1 where it was never written");
+    get->add_option("key", options->key)->required();
+    get->footer("Example: lorvane settings get SharedTemplates");
+    get->callback([&run, &command, options] { command = [&run, options] { return runSettingsGet(run, *options); }; });
+    auto* set = group->add_subcommand("set", "Write the value of a key");
+    set->add_option("key", options->key)->required();
+    set->add_option("value", options->value)->required();
+    set->footer("Example: lorvane settings set LogTemplate True");
+    set->callback([&run, &command, options] { command = [&run, options] { return runSettingsSet(run, *options); }; });
+    auto* list = group->add_subcommand("list", "Print every key that was written");
+    list->add_flag("--json", options->json, "A JSON array of objects: application, section, key, value");
+    list->footer("Example: lorvane settings list --json");
+    list->callback([&run, &command, options] { command = [&run, options] { return runSettingsList(run, *options); }; });
+}
+
+int status(ExitStatus end) { return static_cast<int>(end); }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Reusable e-mail texts: find a template and put it into a mail");
+    app.name("lorvane");
+    app.set_version_flag("--version", "lorvane " LORVANE_VERSION);
+    app.require_subcommand(1);
+    app.fallthrough();
+    RunOptions run;
+    Command command;
+    addRunOptions(app, run);
+    addInsert(app, run, command);
+    addTemplates(app, run, command);
+    addTemplate(app, run, command);
+    addImport(app, run, command);
+    addSettings(app, run, command);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? status(ExitStatus::Done) : status(ExitStatus::Usage);
+    }
+    try {
+        return status(command());
+    } catch (const CommandEnd& end) {
+        std::cerr << "lorvane: " << end.what() << '\n';
+        return status(end.status());
+    } catch (const host::HostError& error) {
+        std::cerr << "lorvane: " << error.what() << '\n';
+        return status(ExitStatus::Fault);
+    } catch (const std::exception& error) {
+        std::cerr << "lorvane: " << error.what() << '\n';
+        return status(ExitStatus::Fault);
+    }
+}
