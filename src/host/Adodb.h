@@ -12,6 +12,18 @@ namespace lorvane::host {
 
 inline constexpr std::int32_t adVarChar = 200;
 
+inline constexpr std::int32_t adPersistXML = 1;
+
+/// An in-memory text stream.
+class Stream : public Object {
+public:
+    explicit Stream(Object object) : Object(std::move(object)) {}
+    void Open() const { call(Member::Open); }
+    void WriteText(std::u16string_view text) const { call(Member::WriteText, {text}); }
+    std::u16string ReadText() const { return call(Member::ReadText).toText(); }  ///< from the position to the end
+    void Position(std::int32_t position) const { put(Member::Position, position); }
+};
+
 /// A field of the table; its value is that of the current row, so a field may be kept while rows are walked.
 class Field : public Object {
 public:
@@ -29,6 +41,8 @@ public:
     host::Field Fields(std::u16string_view name) const { return host::Field(get(Member::Fields, {name}).toObject()); }
     void appendField(std::u16string_view name, std::int32_t type, std::int32_t size) const { getObject(Member::Fields).call(Member::Append, {name, type, size}); }
     void Open() const { call(Member::Open); }
+    void Open(const Stream& source) const { call(Member::Open, {static_cast<const Object&>(source)}); }  ///< the rowset that `Save` wrote
+    void Save(const Stream& target, std::int32_t format) const { call(Member::Save, {static_cast<const Object&>(target), format}); }
     void AddNew() const { call(Member::AddNew); }
     void Update() const { call(Member::Update); }
     void CancelUpdate() const { call(Member::CancelUpdate); }  ///< takes back the row that AddNew began
@@ -45,5 +59,7 @@ public:
 
 /// A new "ADODB.Recordset".
 Recordset makeRecordset();
+/// A new "ADODB.Stream".
+Stream makeStream();
 
 }  // namespace lorvane::host

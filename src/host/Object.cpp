@@ -25,6 +25,10 @@ std::optional<Member> Dispatch::memberNamed(std::u16string_view name) const {
     return findMember(name);
 }
 
+std::u16string_view Dispatch::memberText(Member member) const noexcept {
+    return memberName(member);
+}
+
 void raiseNoSuchMember(std::u16string_view className, Member member) {
     std::u16string text(noSuchMemberText);
     text.append(className).append(u".").append(memberName(member));

@@ -69,6 +69,9 @@ public:
     /// The number of a member named from outside, any case; empty where the object cannot have it. Windows and controls answer for their own.
     virtual std::optional<Member> memberNamed(std::u16string_view name) const;
 
+    /// The name of one of the object's members, as logs show it: `memberNamed` the other way. "?" for a number it does not know.
+    virtual std::u16string_view memberText(Member member) const noexcept;
+
     /// The class as messages and the recorder name it, as "MailItem".
     virtual std::u16string_view className() const noexcept = 0;
 

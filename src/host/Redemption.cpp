@@ -6,17 +6,19 @@ namespace lorvane::host {
 
 namespace {
 
-SafeMailItem wrapped(std::u16string_view progId, const Object& item) {
-    SafeMailItem safe(apartment().machine.CreateObject(progId));
-    safe.Item(item);
-    return safe;
+Object wrapped(std::u16string_view progId, const Object& target) {
+    const Object wrapper = apartment().machine.CreateObject(progId);
+    wrapper.put(Member::Item, target);
+    return wrapper;
 }
 
 }  // namespace
 
-SafeMailItem makeSafeMailItem(const Object& item) { return wrapped(u"qz7mRedemption.qz7mSafeMailItem", item); }
+SafeMailItem makeSafeMailItem(const Object& item) { return SafeMailItem(wrapped(u"qz7mRedemption.qz7mSafeMailItem", item)); }
 
-SafeMailItem makeSafePostItem(const Object& item) { return wrapped(u"qz7mRedemption.qz7mSafePostItem", item); }
+SafeMailItem makeSafePostItem(const Object& item) { return SafeMailItem(wrapped(u"qz7mRedemption.qz7mSafePostItem", item)); }
+
+SafeInspector makeSafeInspector(const Object& inspector) { return SafeInspector(wrapped(u"qz7mRedemption.qz7mSafeInspector", inspector)); }
 
 void SafeMapiCleanup() { apartment().machine.CreateObject(u"qz7mRedemption.qz7mMAPIUtils").call(Member::Cleanup); }
 

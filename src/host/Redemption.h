@@ -18,10 +18,20 @@ public:
     AddressEntry Sender() const { return AddressEntry(getObject(Member::Sender)); }
 };
 
+/// A wrapper around an open item's window, for its editor.
+class SafeInspector : public Object {
+public:
+    explicit SafeInspector(Object object) : Object(std::move(object)) {}
+    Object WordEditor() const { return getObject(Member::WordEditor); }
+    void Close(std::int32_t saveMode) const { call(Member::Close, {saveMode}); }
+};
+
 /// A new "qz7mRedemption.qz7mSafeMailItem" around an item.
 SafeMailItem makeSafeMailItem(const Object& item);
 /// A new "qz7mRedemption.qz7mSafePostItem" around an item.
 SafeMailItem makeSafePostItem(const Object& item);
+/// A new "qz7mRedemption.qz7mSafeInspector" around an Inspector.
+SafeInspector makeSafeInspector(const Object& inspector);
 /// `Cleanup` on a fresh "qz7mRedemption.qz7mMAPIUtils".
 void SafeMapiCleanup();
 

@@ -22,6 +22,7 @@ std::int32_t Screen::MsgBox(std::u16string_view text, std::int32_t style, std::u
     return call(Member::MsgBox, {text, style, title}).toInt32();
 }
 void Screen::DoEvents() const { call(Member::DoEvents); }
+void Screen::PopupMenu(Form& form, std::u16string_view menu) const { call(Member::PopupMenu, {Object(&form), menu}); }
 double Screen::TextWidth(std::u16string_view text) const { return call(Member::TextWidth, {text}).toDouble(); }
 void Screen::SetTimer(Form& form, std::u16string_view timer, std::int32_t milliseconds) const { call(Member::SetTimer, {Object(&form), timer, milliseconds}); }
 void Screen::KillTimer(Form& form, std::u16string_view timer) const { call(Member::KillTimer, {Object(&form), timer}); }

@@ -32,6 +32,7 @@ public:
     void Unload(Form& form) const;
     std::int32_t MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) const;  ///< the button pressed
     void DoEvents() const;                                                                               ///< lets pending events run once
+    void PopupMenu(Form& form, std::u16string_view menu) const;  ///< shows a menu of the window; the chosen item's Click runs before it returns
     double TextWidth(std::u16string_view text) const;                                                    ///< twips, in the list's font
     void SetTimer(Form& form, std::u16string_view timer, std::int32_t milliseconds) const;  ///< raises the control's Timer event each interval
     void KillTimer(Form& form, std::u16string_view timer) const;

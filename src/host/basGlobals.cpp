@@ -32,6 +32,13 @@ std::u16string OutlookVersion() {
 
 std::int32_t OutlookMajorVersion() { return Variant(OutlookVersion()).toInt32(); }
 
+bool IsGuardedOutlook10() {
+    constexpr double firstGuardedBuild = 6515;
+    if (OutlookVersion() != u"10") return false;
+    const std::u16string version = apartment().gOutlook.Version();
+    return Val(Mid(version, InStrRev(version, u".") + 1)) >= firstGuardedBuild;
+}
+
 std::int32_t MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) {
     Apartment& here = apartment();
     return here.machine.screen().MsgBox(text, style, title.empty() ? std::u16string_view(here.title) : title);

@@ -22,6 +22,9 @@ std::u16string OutlookVersion();
 /// The same as a number, for the tests that compare it so.
 std::int32_t OutlookMajorVersion();
 
+/// True on version 10 from build 6515 on, where an Inspector's Word editor is reached through a safe wrapper only.
+bool IsGuardedOutlook10();
+
 /// Connects to the running host where `gOutlook` is empty.
 void ensureOutlook();
 /// Takes the "MAPI" name space where `gNameSpace` is empty; connects first.

@@ -7,9 +7,9 @@ namespace lorvane::text {
 
 /// Takes the editor's proofing markup out of tags, in place, and gives the same text: "[<span class=SpellE>FullName</span>]" becomes "[FullName]".
 ///
-/// A fragment runs from the first start delimiter of the whole text to an end delimiter behind it; one that holds "FullName", "FirstName" or "Date" (looked for in
-/// this order, any case) is replaced wherever it stands. A start delimiter whose fragments hold none of the words stays in front and makes each later fragment
-/// run from it. The time grows with the length of the text, whatever stands in it.
-std::u16string RemoveGrammarCheck(std::u16string& text, std::u16string_view startDelimiter, std::u16string_view endDelimiter);
+/// A fragment runs from the first start delimiter of the whole text to an end delimiter behind it; one that holds "FullName", "FirstName" or "Date" (looked for
+/// in this order, any case) is replaced wherever it stands. A start delimiter whose fragments hold none of the words stays in front and makes each later
+/// fragment run from it. The time grows with the length of the text, whatever stands in it.
+const std::u16string& RemoveGrammarCheck(std::u16string& text, std::u16string_view startDelimiter, std::u16string_view endDelimiter);
 
 }  // namespace lorvane::text

@@ -1,0 +1,97 @@
+#include "host/Connect.h"
+#include "host/Guards.h"
+#include "host/Redemption.h"
+#include "host/TextFunctions.h"
+#include "host/basGlobals.h"
+#include "text/TemplateTags.h"
+
+/// The methods of `Connect` that other instances of the add-in reach by name.
+namespace lorvane::host {
+
+namespace {
+
+constexpr std::int32_t forwardKind = 3;
+
+/// The template's text with the tags replaced for the answer that it goes into.
+void replaceTagsFor(std::u16string& text, const Object& response, std::int32_t responseKind, std::u16string_view recipientMode, const Object& sourceMail) {
+    if (recipientMode == text::sourceRecipient)
+        text::ReplaceTemplateTag(text, response, text::sourceRecipient);
+    else if (responseKind == forwardKind && MailItem(sourceMail).Recipients().Count() > 0)
+        text::ReplaceTemplateTag(text, sourceMail, text::sourceRecipient);
+    else
+        text::ReplaceTemplateTag(text, response, u"");
+}
+
+}  // namespace
+
+void Connect::WordEditorVariablesGet(Variant& folder, Variant& nameSpace, Variant& application) {
+    const Apartment& here = apartment();
+    ignoringErrors([&] {
+        if (!folder.toObject()) folder = Variant(Object(here.TemplatesFolder));
+    });
+    nameSpace = Variant(Object(here.gNameSpace));
+    application = Variant(Object(here.gOutlook));
+}
+
+void Connect::WordEditorVariablesSet(const Variant& folder, const Variant& nameSpace, const Variant& application) {
+    Apartment& here = apartment();
+    ignoringErrors([&] { here.TemplatesFolder = MAPIFolder(folder.toObject()); });
+    ignoringErrors([&] { here.gNameSpace = NameSpace(nameSpace.toObject()); });
+    ignoringErrors([&] { here.gOutlook = Application(application.toObject()); });
+}
+
+void Connect::CopyRangeToClipBoard(std::u16string_view entryId, std::u16string_view storeId, const Object& response, std::int32_t responseKind,
+                                   std::u16string_view recipientMode, const Object& sourceMail) {
+    Apartment& here = apartment();
+    here.machine.clipboard().Clear();
+    ensureNameSpace();
+    const MailItem item = here.gNameSpace.GetItemFromID(entryId, storeId);
+    const SafeInspector inspector = makeSafeInspector(makeSafeMailItem(item).GetInspector());
+    const Object document = inspector.WordEditor();
+    std::u16string text = document.getObject(Member::Range).getText(Member::Text);
+    if (response) replaceTagsFor(text, response, responseKind, recipientMode, sourceMail);
+    const Object range = document.getObject(Member::Range);
+    range.put(Member::Text, Variant(text));
+    range.call(Member::Select);
+    range.call(Member::Copy);
+    inspector.Close(response ? olDiscard : olSave);
+}
+
+void Connect::PasteRangeToEmail() {
+    withErrorBox(u"PasteRangeToEmail", [] {
+        ensureNameSpace();
+        const Inspector active = apartment().gOutlook.ActiveInspector();
+        const Object document = IsGuardedOutlook10() ? makeSafeInspector(active).WordEditor() : active.WordEditor();
+        document.getObject(Member::Application).getObject(Member::Selection).call(Member::Paste, {std::int16_t{0}});
+    });
+}
+
+Variant Connect::get(Member member, Args args) { return call(member, args); }
+
+void Connect::put(Member member, const Variant&, Args) { raiseNoSuchMember(className(), member); }
+
+Variant Connect::call(Member member, Args args) {
+    switch (member) {
+        case Member::WordEditorVariablesGet: {
+            Variant folder = requiredArgument(args, 0), nameSpace = requiredArgument(args, 1), application = requiredArgument(args, 2);
+            WordEditorVariablesGet(folder, nameSpace, application);
+            args[0].assign(std::move(folder));
+            args[1].assign(std::move(nameSpace));
+            args[2].assign(std::move(application));
+            return {};
+        }
+        case Member::WordEditorVariablesSet:
+            WordEditorVariablesSet(requiredArgument(args, 0), requiredArgument(args, 1), requiredArgument(args, 2));
+            return {};
+        case Member::CopyRangeToClipBoard: {
+            const auto objectAt = [&](std::size_t index) { return argumentAt(args, index).isMissing() ? Object() : argumentAt(args, index).toObject(); };
+            CopyRangeToClipBoard(requiredArgument(args, 0).toText(), requiredArgument(args, 1).toText(), objectAt(2), requiredArgument(args, 3).toInt32(),
+                                 requiredArgument(args, 4).toText(), objectAt(5));
+            return {};
+        }
+        case Member::PasteRangeToEmail: PasteRangeToEmail(); return {};
+        default: raiseNoSuchMember(className(), member);
+    }
+}
+
+}  // namespace lorvane::host

@@ -1,0 +1,285 @@
+#include "respond/frmEmail.h"
+
+#include "host/Guards.h"
+#include "host/TextFunctions.h"
+#include "host/basGlobals.h"
+#include "store/Categories.h"
+#include "store/TemplateFolders.h"
+#include "store/frmProgress.h"
+
+namespace lorvane::respond {
+
+using namespace host;
+using namespace store;
+
+namespace {
+
+constexpr std::u16string_view chooseFromList = u"Select a template from the list to preview";
+constexpr std::u16string_view noneInFolder = u"No templates were found in the selected folder.";
+
+/// A hidden control is disabled as well.
+void setShown(std::initializer_list<Control*> controls, bool shown) {
+    for (Control* control : controls) {
+        control->Visible = shown;
+        control->Enabled = shown;
+    }
+}
+
+}  // namespace
+
+frmEmail::frmEmail()
+    : Form(formName, apartment().title),
+      DisableInsert(*this, u"DisableInsert"),
+      NewMailUsingTempl(*this, u"NewMailUsingTempl"),
+      ReplyUsingTempl(*this, u"ReplyUsingTempl"),
+      ReplyKind(*this, u"ReplyKind"),
+      FromInspector(*this, u"FromInspector"),
+      picLorvane(*this, u"picLorvane"),
+      lblShowTips(*this, u"lblShowTips", u"Show quick start tips"),
+      lblChangeFolder(*this, u"lblChangeFolder", u"Select Templates Folder"),
+      picTemplatesFldr(*this, u"picTemplatesFldr"),
+      txtFolder(*this, u"txtFolder", u"", &picTemplatesFldr),
+      cmdPickfolder(*this, u"cmdPickfolder", u"&Folder...", &picTemplatesFldr),
+      cmbSubFolder(*this, u"cmbSubFolder", u"", &picTemplatesFldr),
+      lblSubFolder(*this, u"lblSubFolder", u"Sub Folder:", &picTemplatesFldr),
+      Label2(*this, u"Label2", u"Templates Folder Settings", &picTemplatesFldr),
+      txtSearch(*this, u"txtSearch"),
+      cmdClear(*this, u"cmdClear", u"&Clear"),
+      optAll(*this, u"optAll", u"All templates"),
+      optPrivate(*this, u"optPrivate", u"Private only"),
+      optShared(*this, u"optShared", u"Shared only"),
+      cmbCategories(*this, u"cmbCategories", u"Category:"),
+      lstEmails(*this, u"lstEmails", u"Template List:"),
+      picBlankBkGrnd(*this, u"picBlankBkGrnd"),
+      lblNoEmails(*this, u"lblNoEmails", u"No matching templates were found in the selected folder.", &picBlankBkGrnd),
+      lblSearching(*this, u"lblSearching", u"Searching ...", &picBlankBkGrnd),
+      lblLoadingEmails(*this, u"lblLoadingEmails", u"Loading E-mails ...", &picBlankBkGrnd),
+      picPreviewPane(*this, u"picPreviewPane"),
+      fraPreviewPane(*this, u"fraPreviewPane", u"", &picPreviewPane),
+      txtSubject(*this, u"txtSubject", chooseFromList, &fraPreviewPane),
+      txtPreview(*this, u"txtPreview", u"", &fraPreviewPane),
+      Label6(*this, u"Label6", u"Formatting has been removed from preview", &picPreviewPane),
+      cmdNew(*this, u"cmdNew", u"&New"),
+      cmdEdit(*this, u"cmdEdit", u"&Edit"),
+      cmdDelete(*this, u"cmdDelete", u"&Delete"),
+      lblFldrMainBtns(*this, u"lblFldrMainBtns", u"Show Template Maintenance Buttons"),
+      lblHide(*this, u"lblHide", u"<<< Hide Buttons"),
+      lblRightClick(*this, u"lblRightClick", u"or Right-Click on list for options"),
+      cmdInsert(*this, u"cmdInsert", u"Insert (text only)"),
+      cmdInsertWithFormat(*this, u"cmdInsertWithFormat", u"Insert (with format)"),
+      cmdCopyToClipBoard(*this, u"cmdCopyToClipBoard", u"&Copy (text only)"),
+      cmdCopyHTMLToClipB(*this, u"cmdCopyHTMLToClipB", u"Copy (with format)"),
+      cmdClose(*this, u"cmdClose", u"&Close"),
+      cmdHelp(*this, u"cmdHelp", u"&Help"),
+      tmrCompleteType(*this, u"tmrCompleteType"),
+      mnuTemplateMaint(*this, u"mnuTemplateMaint", u"Template Maintenance"),
+      mcmdInsert(*this, u"mcmdInsert", u"&Insert (text only)", &mnuTemplateMaint),
+      mcmdInsertWithFormat(*this, u"mcmdInsertWithFormat", u"Insert (with &format)", &mnuTemplateMaint),
+      mnuSeparator1(*this, u"mnuSeparator1", u"-", &mnuTemplateMaint),
+      mcmdEdit(*this, u"mcmdEdit", u"&Edit", &mnuTemplateMaint),
+      cmdCategorize(*this, u"cmdCategorize", u"&Categorize", &mnuTemplateMaint),
+      mcmdDelete(*this, u"mcmdDelete", u"&Delete", &mnuTemplateMaint),
+      mnuSeparator(*this, u"mnuSeparator", u"-", &mnuTemplateMaint),
+      cmdCopyCBWithFormatting(*this, u"cmdCopyCBWithFormatting", u"&Copy (with format)", &mnuTemplateMaint),
+      cmdCopyToCB(*this, u"cmdCopyToCB", u"Copy (text &only)", &mnuTemplateMaint) {
+    cmdPickfolder.ToolTipText = u"Choose folder for Lorvane templates.";
+    cmbSubFolder.ToolTipText = u"Choose Sub folder for Lorvane templates.";
+    cmdNew.ToolTipText = u"Create New Template";
+    cmdEdit.ToolTipText = u"Edit Chosen Template";
+    cmdDelete.ToolTipText = u"Delete Chosen Template";
+    cmdInsert.ToolTipText = u"Insert text in e-mail";
+    cmdCopyToClipBoard.ToolTipText = u"Copy template text to Clipboard";
+    cmdCopyHTMLToClipB.ToolTipText = u"Copy template with formatting to Clipboard";
+    picTemplatesFldr.Visible = false;
+
+    cmbCategories.Click = [this] { cmbCategories_Click(); };
+    optAll.Click = [this] { optAll_Click(); };
+    optPrivate.Click = [this] { optPrivate_Click(); };
+    optShared.Click = [this] { optShared_Click(); };
+    txtSearch.Change = [this] { txtSearch_Change(); };
+    txtSearch.KeyDown = [this](std::int32_t&, std::int32_t) { txtSearch_KeyDown(); };
+    tmrCompleteType.Tick = [this] { tmrCompleteType_Timer(); };
+    lstEmails.Click = [this] { lstEmails_Click(); };
+    cmdClear.Click = [this] { cmdClear_Click(); };
+    cmdClose.Click = [this] { cmdClose_Click(); };
+    cmdInsert.Click = [this] { cmdInsert_Click(); };
+    cmdInsertWithFormat.Click = [this] { cmdInsertWithFormat_Click(); };
+    mcmdInsert.Click = [this] { cmdInsert_Click(); };
+    mcmdInsertWithFormat.Click = [this] { cmdInsertWithFormat_Click(); };
+    wireMaintenance();
+}
+
+/// Runs one step of the loading. A failing one ends the loading with its message, but for a host failure while no templates folder is set: then the next step runs, and
+/// the user comes to a window with an empty private list.
+bool frmEmail::loadingStep(const std::function<void()>& step) {
+    try {
+        step();
+        return true;
+    } catch (const HostError& error) {
+        if (error.number() >= 0) {
+            MsgBox(decimal(error.number()) + u" " + error.description(), msgbox::Information);
+            return false;
+        }
+        if (!apartment().TemplatesFolder) return true;
+        MsgBox(u"Program has encountered an unknown error.", msgbox::Information);
+        return false;
+    }
+}
+
+void frmEmail::Form_Load() {
+    Apartment& here = apartment();
+    Scope byDefault = Scope::Private;
+    const bool loaded = loadingStep([&] {
+        templateTables().rsPrivateTemplates = {};
+        templateTables().rsSharedTemplates = {};
+        ensureOutlook();
+        here.gNameSpace = here.gOutlook.GetNamespace(u"MAPI");
+    }) && loadingStep([&] {
+        privateFolder_ = here.gNameSpace.GetFolderFromID(setting(u"LastFolderEntryid"), setting(u"LastFolderStoreid"));
+        mainFolder_ = privateFolder_;
+    }) && loadingStep([&] {
+        openFolders();
+        if (SharingEnabled()) byDefault = static_cast<Scope>(static_cast<std::int32_t>(Val(setting(u"LoadTemplateDefault"))));
+        VerifyFolders(privateFolder_, sharedFolder_);
+        scope_ = byDefault;
+        loadTables(byDefault, false);
+        (byDefault == Scope::All ? optAll : byDefault == Scope::Shared ? optShared : optPrivate).Value = true;
+        if (!SharingEnabled()) {
+            for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = false;
+        }
+        const TemplateTables& tables = templateTables();
+        LoadCategories(cmbCategories, tables.rsPrivateCategories, tables.rsSharedCategories, scope_);
+        showListOrEmpty(UpdateEmailList(), noneInFolder);
+    });
+    if (loaded) DispFldrMaintBtns();
+}
+
+/// The shared folder, where sharing is on and names one that can be reached.
+void frmEmail::openFolders() {
+    sharedFolder_ = {};
+    if (!SharingEnabled()) return;
+    const std::u16string entryId = setting(u"SharedFolderEntryid");
+    const std::u16string storeId = setting(u"SharedFolderStoreid");
+    if (entryId.empty() || storeId.empty()) return;
+    ignoringErrors([&] { sharedFolder_ = apartment().gNameSpace.GetFolderFromID(entryId, storeId); });
+}
+
+/// Loads the tables of a scope through the progress window; with `missingOnly` only those that are not there yet.
+void frmEmail::loadTables(Scope scope, bool missingOnly) {
+    const TemplateTables& tables = templateTables();
+    const bool loadPrivate = scope != Scope::Shared && !(missingOnly && tables.rsPrivateTemplates);
+    const bool loadShared = scope != Scope::Private && !(missingOnly && tables.rsSharedTemplates);
+    const MAPIFolder privateFolder = loadPrivate ? privateFolder_ : MAPIFolder();
+    const MAPIFolder sharedFolder = loadShared ? sharedFolder_ : MAPIFolder();
+    if (!privateFolder && !sharedFolder) return;
+    auto& progress = apartment().forms.use<frmProgress>();
+    progress.PrivateFolder = privateFolder;
+    progress.SharedFolder = sharedFolder;
+    progress.Show(true);
+}
+
+void frmEmail::Form_Activate() {
+    ignoringErrors([&] {
+        if (lstEmails.ListCount() > 0) lstEmails.ListIndex = 0;
+    });
+    ignoringErrors([&] { txtSearch.SetFocus(); });
+    applyModes();
+    opening_ = false;
+}
+
+void frmEmail::applyModes() {
+    if (DisableInsert) applyCopyMode();
+    if (NewMailUsingTempl) {
+        Caption = u"New Email Using Template";
+        setShown({&cmdNew, &cmdEdit, &cmdDelete, &lblFldrMainBtns, &lblHide, &lblRightClick, &mcmdDelete, &cmdCopyToClipBoard, &cmdCopyHTMLToClipB, &cmdCopyToCB,
+                  &cmdCopyCBWithFormatting, &mnuSeparator},
+                 false);
+        setShown({&mcmdInsert, &mcmdInsertWithFormat, &cmdInsert, &cmdInsertWithFormat}, true);
+    }
+    if (ReplyUsingTempl) {
+        Caption = ReplyKind == 3 ? u"Forward Using Template" : ReplyKind == 2 ? u"Reply To All Using Template" : u"Reply Using Template";
+        setShown({&cmdNew, &cmdEdit, &cmdDelete, &lblFldrMainBtns, &lblHide, &lblRightClick, &mcmdDelete, &cmdCopyCBWithFormatting, &cmdCopyToCB, &mnuSeparator}, false);
+    }
+}
+
+void frmEmail::applyCopyMode() {
+    Caption = u"Templates";
+    setShown({&mcmdInsert, &mcmdInsertWithFormat, &cmdInsert, &cmdInsertWithFormat, &mnuSeparator1}, false);
+    setShown({&cmdCopyToClipBoard}, true);
+}
+
+void frmEmail::Form_Unload() {
+    ++listRun_;
+    templateTables().rsPrivateTemplates = {};
+    rsCurrentList_ = {};
+    privateFolder_ = {};
+    mainFolder_ = {};
+    sharedFolder_ = {};
+    DisableInsert = false;
+    NewMailUsingTempl = false;
+    ReplyUsingTempl = false;
+    ReplyKind = 0;
+    withFormat_ = false;
+    AnsweredMail = {};
+    opening_ = true;
+}
+
+void frmEmail::SaveLastUsedFolder() {
+    if (!privateFolder_) return;
+    saveSetting(u"LastFolderStoreid", privateFolder_.StoreID());
+    saveSetting(u"LastFolderEntryid", privateFolder_.EntryID());
+    saveSetting(u"LastFolderName", GetFolderPath(privateFolder_));
+    saveSetting(u"LastSubFolderName", Trim(cmbSubFolder.Text.get()));
+    apartment().TemplatesFolder = privateFolder_;
+}
+
+void frmEmail::DispFldrMaintBtns() {
+    const std::u16string value = setting(u"ShowFldrMainBtns");
+    const bool shown = value == u"True" || value.empty();
+    for (Control* control : std::initializer_list<Control*>{&cmdNew, &cmdEdit, &cmdDelete, &lblHide}) control->Visible = shown;
+    for (Control* control : std::initializer_list<Control*>{&lblRightClick, &lblFldrMainBtns}) control->Visible = !shown;
+}
+
+void frmEmail::ToggleControls(bool on) {
+    for (Control* control : std::initializer_list<Control*>{&cmdClear, &cmdClose, &cmdCopyHTMLToClipB, &cmdCopyToClipBoard, &cmdDelete, &cmdEdit, &cmdHelp, &cmdInsert,
+                                                            &cmdNew, &cmbCategories, &txtSearch})
+        control->Enabled = on;
+}
+
+void frmEmail::EnableButtons() {
+    for (Control* control : std::initializer_list<Control*>{&cmdClear, &cmdClose, &cmdDelete, &cmdNew, &cmdHelp, &cmdInsert, &cmdEdit}) control->Enabled = true;
+    if (DisableInsert) applyCopyMode();
+}
+
+void frmEmail::DisableButtons() {
+    for (Control* control : std::initializer_list<Control*>{&cmdClear, &cmdClose, &cmdDelete, &cmdNew, &cmdHelp, &cmdInsert, &cmdEdit}) control->Enabled = false;
+}
+
+void frmEmail::showList() {
+    picBlankBkGrnd.Visible = false;
+    lblNoEmails.Visible = false;
+    lstEmails.Visible = true;
+}
+
+void frmEmail::ShowBlankState(bool loading, bool searching) {
+    lstEmails.Visible = false;
+    picBlankBkGrnd.Visible = true;
+    if (loading) {
+        lblLoadingEmails.Visible = true;
+        lblSearching.Visible = false;
+        lblNoEmails.Visible = false;
+    } else if (searching) {
+        lblSearching.Visible = true;
+        lblNoEmails.Visible = false;
+    } else {
+        lblNoEmails.Visible = true;
+        lblSearching.Visible = false;
+        lblLoadingEmails.Visible = false;
+        txtPreview.Text = u"";
+        txtSubject.Text = std::u16string(chooseFromList);
+    }
+}
+
+void frmEmail::cmdClose_Click() { unload(); }
+
+}  // namespace lorvane::respond
