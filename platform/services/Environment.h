@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "services/ServiceObject.h"
+
+namespace lorvane::services {
+
+/// The name that the user of this process logs in with; "" where the system has none.
+std::u16string loginName();
+
+/// The environment behind the surface (`host::Environment`): `username` is the login name, other variables are the process's own. Names in any case; where
+/// several differ only in case, the one spelled as asked for is taken.
+class Environment final : public ServiceObject<Environment> {
+public:
+    explicit Environment(std::optional<std::u16string> userName = std::nullopt) : userName_(std::move(userName)) {}
+
+    std::u16string_view className() const noexcept override { return u"Environment"; }
+    static std::span<const Row> rows() noexcept;
+
+private:
+    host::Variant Variable(host::Args args);
+
+    std::optional<std::u16string> userName_;
+};
+
+}  // namespace lorvane::services
