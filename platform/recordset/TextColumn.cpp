@@ -1,0 +1,157 @@
+#include "recordset/TextColumn.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "host/TextFunctions.h"
+#include "recordset/Errors.h"
+#include "recordset/TextScan.h"
+
+namespace lorvane::recordset {
+
+namespace {
+
+constexpr std::size_t rowsOfBlock = 1024;
+
+const std::array<char16_t, 256>& lowFolds() {
+    static const auto table = [] {
+        std::array<char16_t, 256> folds{};
+        for (std::size_t unit = 0; unit < folds.size(); ++unit) folds[unit] = host::foldUnit(static_cast<char16_t>(unit));
+        return folds;
+    }();
+    return table;
+}
+
+}  // namespace
+
+// The folded rows of a block, a separator behind each, in one of the two widths.
+struct TextColumn::Block {
+    bool wide = false;
+    std::vector<std::uint8_t> bytes;
+    std::vector<char16_t> units;
+    std::vector<std::uint32_t> ends;  // where each row's separator stands
+
+    template <class Unit>
+    bool fill(const TextColumn& column, RowId first, RowId end, std::vector<Unit>& out) {
+        std::size_t total = 0;
+        for (RowId row = first; row < end; ++row) total += column.length(row) + 1;
+        out.resize(total + scanSlack);
+        ends.clear();
+        ends.reserve(end - first);
+        const std::array<char16_t, 256>& low = lowFolds();
+        std::size_t at = 0;
+        for (RowId row = first; row < end; ++row) {
+            const std::u16string_view text = column.text(row);
+            if (column.isPlainText(row)) {
+                foldPlain(text, out.data() + at);
+            } else {
+                for (std::size_t i = 0; i < text.size(); ++i) {
+                    const char16_t unit = text[i] < low.size() ? low[text[i]] : host::foldUnit(text[i]);
+                    if (sizeof(Unit) == 1 && unit > 0xFF) return false;
+                    out[at + i] = static_cast<Unit>(unit);
+                }
+            }
+            at += text.size();
+            ends.push_back(static_cast<std::uint32_t>(at));
+            out[at++] = static_cast<Unit>(rowSeparator);
+        }
+        return true;
+    }
+};
+
+TextColumn::TextColumn() = default;
+TextColumn::~TextColumn() = default;
+TextColumn::TextColumn(TextColumn&&) noexcept = default;
+TextColumn& TextColumn::operator=(TextColumn&&) noexcept = default;
+
+void TextColumn::append(CellState state, std::u16string_view text) {
+    const std::size_t block = cells_.size() / rowsOfBlock;
+    cells_.push_back(store(state, text));
+    if (block < blocks_.size()) blocks_[block].reset();
+}
+
+void TextColumn::assign(RowId row, CellState state, std::u16string_view text) {
+    const Cell made = store(state, text);
+    abandoned_ += length(row);
+    cells_[row] = made;
+    if (row / rowsOfBlock < blocks_.size()) blocks_[row / rowsOfBlock].reset();
+    if (abandoned_ > 65536 && abandoned_ > units_.size() / 2) compact();
+}
+
+void TextColumn::removeLast() noexcept {
+    const std::size_t block = (cells_.size() - 1) / rowsOfBlock;
+    abandoned_ += length(static_cast<RowId>(cells_.size() - 1));
+    cells_.pop_back();
+    if (block < blocks_.size()) blocks_[block].reset();
+}
+
+TextColumn::Cell TextColumn::store(CellState state, std::u16string_view text) {
+    if (state != CellState::Value) return {0, static_cast<std::uint32_t>(state)};
+    if (text.size() > longest || units_.size() + text.size() > UINT32_MAX) raise(error::MultipleStep);
+    const Cell cell{static_cast<std::uint32_t>(units_.size()),
+                    static_cast<std::uint32_t>(text.size() << 3) | static_cast<std::uint32_t>(isPlain(text) ? 4 : 0) | static_cast<std::uint32_t>(state)};
+    units_.append(text);
+    return cell;
+}
+
+void TextColumn::compact() {
+    std::u16string kept;
+    kept.reserve(units_.size() - abandoned_);
+    for (RowId row = 0; row < cells_.size(); ++row) {
+        const std::u16string_view own = text(row);
+        cells_[row].offset = static_cast<std::uint32_t>(kept.size());
+        kept.append(own);
+    }
+    units_ = std::move(kept);
+    abandoned_ = 0;
+}
+
+const TextColumn::Block& TextColumn::blockAt(std::size_t number) const {
+    std::unique_ptr<Block>& block = blocks_[number];
+    if (!block) {
+        auto made = std::make_unique<Block>();
+        const auto first = static_cast<RowId>(number * rowsOfBlock);
+        const auto end = static_cast<RowId>(std::min(cells_.size(), (number + 1) * rowsOfBlock));
+        if (!made->fill(*this, first, end, made->bytes)) {
+            made->wide = true;
+            made->bytes = {};
+            made->fill(*this, first, end, made->units);
+        }
+        block = std::move(made);
+    }
+    return *block;
+}
+
+void TextColumn::findContaining(std::u16string_view sought, RowBits& rows) const {
+    if (sought.empty()) {
+        for (RowId row = 0; row < cells_.size(); ++row) {
+            if (state(row) == CellState::Value) rows.set(row);
+        }
+        return;
+    }
+    blocks_.resize((cells_.size() + rowsOfBlock - 1) / rowsOfBlock);
+    std::optional<Needle<std::uint8_t>> narrow;
+    std::optional<Needle<char16_t>> wide;
+    const bool fitsBytes = std::ranges::all_of(sought, [](char16_t unit) { return unit <= 0xFF; });
+    for (std::size_t number = 0; number < blocks_.size(); ++number) {
+        const Block& block = blockAt(number);
+        const auto first = static_cast<RowId>(number * rowsOfBlock);
+        if (block.wide) {
+            if (!wide) {
+                wide.emplace().units.assign(sought.begin(), sought.end());
+                wide->choose(block.units);
+            }
+            findRows(FoldedRows<char16_t>{block.units.data(), block.ends, first}, *wide, rows);
+        } else if (fitsBytes) {
+            if (!narrow) {
+                narrow.emplace();
+                for (const char16_t unit : sought) narrow->units.push_back(static_cast<std::uint8_t>(unit));
+                narrow->choose(block.bytes);
+            }
+            findRows(FoldedRows<std::uint8_t>{block.bytes.data(), block.ends, first}, *narrow, rows);
+        }
+    }
+}
+
+}  // namespace lorvane::recordset

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <vector>
+
+#include "recordset/Collation.h"
+#include "recordset/TextColumn.h"
+
+namespace lorvane::recordset {
+
+/// Puts rows of a text column, all of them with a value, into the collation's order. Rows with equal texts keep the order in which they came.
+void sortByText(const TextColumn& column, const Collation& collation, std::vector<RowId>& rows);
+
+}  // namespace lorvane::recordset
