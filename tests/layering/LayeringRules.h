@@ -23,11 +23,11 @@ inline constexpr FolderRule sourceRules[] = {
 
 /// What stands behind the surface. Beside these a platform folder has `host` and any library.
 inline constexpr FolderRule platformRules[] = {
-    {"html", ""}, {"recordset", ""}, {"mailstore", ""}, {"mime", "mailstore html"}, {"screen", ""}, {"model", "screen mailstore mime html recordset"},
+    {"html", ""}, {"recordset", ""}, {"mailstore", ""}, {"mime", "mailstore html"}, {"screen", ""}, {"services", "mailstore screen"}, {"instruments", ""}, {"model", "screen mailstore mime html recordset"},
 };
 
 /// Files of src/host that are the add-in's own lifecycle: they tie its parts together, so they may include any folder of src/.
-inline constexpr std::string_view lifecycleFiles[] = {"Connect", "OutAddIn", "basGlobals"};
+inline constexpr std::string_view lifecycleFiles[] = {"Connect", "ConnectByName", "OutAddIn"};
 
 /// Something that the logic must not reach for, and what it has instead.
 struct Forbidden {
