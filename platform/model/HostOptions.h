@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/Object.h"
+#include "mailstore/MailStore.h"
+#include "screen/Desktop.h"
+
+namespace lorvane::model {
+
+/// The editor that new items open in; the numbers are those of `EditorType`.
+enum class EditorKind : std::uint8_t { Plain = 1, Html = 2, Rich = 3 };
+
+/// What lies on the clipboard, as far as a mail's editor pastes it.
+struct PasteContent {
+    std::optional<std::u16string> text;
+    std::optional<host::Bytes> htmlFormat;  ///< the block of the format "HTML Format"
+};
+
+/// What a run of the model host is made of.
+struct HostOptions {
+    explicit HostOptions(screen::Desktop& onDesktop) : desktop(onDesktop) {}
+
+    screen::Desktop& desktop;  ///< outlives the host
+    std::u16string version = u"11.0.0.5510";
+    EditorKind editor = EditorKind::Html;
+    std::uint32_t commitDelay = 0;  ///< event pumps that typed text needs to reach an item
+    std::u16string accountName = u"Lorvane User";
+    std::u16string accountAddress = u"user@localhost";
+
+    /// The services that the machine hands out as they are.
+    host::Object screen, files, settings, clock, environment, clipboard, region, shell;
+    std::function<PasteContent()> clipboardContent;  ///< nothing to paste where it is not given
+    std::function<host::Object()> makeRecordset;     ///< a new "ADODB.Recordset"; error 429 where it is not given
+
+    std::shared_ptr<mailstore::MailStore> defaultStore;
+    std::vector<std::shared_ptr<mailstore::MailStore>> furtherStores;
+};
+
+}  // namespace lorvane::model
