@@ -46,7 +46,7 @@ private:
 ExplorerObject::ExplorerObject(std::shared_ptr<HostCore> core, HostCore::PlacedFolder folder) : HostWindow(std::move(core)), folder_(std::move(folder)) {}
 
 void ExplorerObject::raiseNew() {
-    core().explorersEvents.raise(Member::NewExplorer, {host::Object(this)});
+    core().explorersEvents.raise(member::NewExplorer, {host::Object(this)});
 }
 
 void ExplorerObject::select(std::vector<std::shared_ptr<ItemState>> items) {

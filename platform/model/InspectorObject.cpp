@@ -61,7 +61,7 @@ void InspectorObject::display() {
 }
 
 void InspectorObject::raiseNew() {
-    core().inspectorsEvents.raise(Member::NewInspector, {host::Object(this)});
+    core().inspectorsEvents.raise(member::NewInspector, {host::Object(this)});
 }
 
 void InspectorObject::commit() {

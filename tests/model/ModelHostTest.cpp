@@ -333,7 +333,7 @@ TEST_F(ModelHostTest, WindowsCountWhileShownAndTellTheirEvents) {
     };
     const host::Subscription window = inspector.advise(own);
     inspector.Display();
-    EXPECT_EQ(listener->heard, std::vector<Member>{Member::NewInspector});
+    EXPECT_EQ(listener->heard, std::vector<Member>{model::member::NewInspector});
     EXPECT_EQ(application().ActiveInspector(), inspector);
     inspector.Close(1);
     EXPECT_EQ(countInClose, 1);
