@@ -82,6 +82,12 @@ public:
         }
     }
 
+    void note(std::u16string_view text) {
+        ++begun_;
+        calls.emplace_back().text = text;
+        if (echo_) *echo_ << host::toUtf8(text) << std::endl;
+    }
+
     void clear() {
         calls.clear();
         cleared_ = begun_;
@@ -141,6 +147,10 @@ std::string Recorder::text() const {
 
 void Recorder::clear() {
     log_->clear();
+}
+
+void Recorder::note(std::u16string_view text) {
+    log_->note(text);
 }
 
 void Recorder::leaveOut(std::u16string_view className, std::u16string_view member) {

@@ -14,7 +14,7 @@
 
 namespace lorvane::instruments {
 
-/// One use of a member, in the order the uses began.
+/// One use of a member, in the order the uses began; or a note, which has a text alone.
 struct RecordedCall {
     std::u16string className, member;
     UseKind kind = UseKind::Get;
@@ -46,6 +46,9 @@ public:
     std::vector<std::string> lines() const;  ///< `lineText` of each
     std::string text() const;                ///< the lines, each with "\n" behind it
     void clear();
+
+    /// A line of its own among the uses, as what the user did in between.
+    void note(std::u16string_view text);
 
     /// Leaves the uses of a class out of the log from now on, or those of one of its members; an empty name means all. Any case.
     void leaveOut(std::u16string_view className, std::u16string_view member = {});

@@ -37,6 +37,7 @@ struct HostOptions {
     host::Object screen, files, settings, clock, environment, clipboard, region, shell;
     std::function<PasteContent()> clipboardContent;  ///< nothing to paste where it is not given
     std::function<host::Object()> makeRecordset;     ///< a new "ADODB.Recordset"; error 429 where it is not given
+    std::function<host::Object()> makeStream;        ///< a new "ADODB.Stream"; error 429 where it is not given
 
     std::shared_ptr<mailstore::MailStore> defaultStore;
     std::vector<std::shared_ptr<mailstore::MailStore>> furtherStores;

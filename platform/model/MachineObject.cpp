@@ -26,6 +26,7 @@ constexpr KnownClass knownClasses[] = {
     {u"qz7mRedemption.qz7mMAPIUtils", makeMapiUtils},
     {u"qz7mRedemption.qz7mRDOSession", makeRdoSession},
     {u"ADODB.Recordset", [](Core core) { return core->options.makeRecordset ? core->options.makeRecordset() : host::Object(); }},
+    {u"ADODB.Stream", [](Core core) { return core->options.makeStream ? core->options.makeStream() : host::Object(); }},
 };
 
 /// The host itself is one process: whoever asks for it is connected to the running one.

@@ -39,6 +39,7 @@ constexpr TypeRow types[] = {
     {data_type::UnsignedInt, Storage::Exact, 4},
     {data_type::BigInt, Storage::Exact, 8},
     {data_type::UnsignedBigInt, Storage::Exact, 8},
+    {data_type::FileTime, Storage::Exact, 8},
     {data_type::GUID, Storage::Exact, 16},
     {data_type::Binary, Storage::Exact, 0},
     {data_type::Char, Storage::Text, 0, true},
@@ -46,7 +47,7 @@ constexpr TypeRow types[] = {
     {data_type::Numeric, Storage::Exact, 19},
     {data_type::DBDate, Storage::Date, 6},
     {data_type::DBTime, Storage::Exact, 6},
-    {data_type::DBTimeStamp, Storage::Date, 16},
+    {data_type::DBTimeStamp, Storage::Exact, 16},
     {data_type::VarNumeric, Storage::Exact, 0},
     {data_type::VarChar, Storage::Text, 0, true},
     {data_type::LongVarChar, Storage::Text, 0},
@@ -63,15 +64,11 @@ const TypeRow* rowOf(std::int32_t type) noexcept {
     return nullptr;
 }
 
-bool takesNull(const FieldDefinition& definition) noexcept {
-    return definition.attributes != field_attribute::Unspecified && (definition.attributes & (field_attribute::IsNullable | field_attribute::MayBeNull)) != 0;
-}
-
 Variant convertedNumber(const TypeRow& type, const Variant& value) {
     const double number = value.toDouble();
     if (type.type == data_type::Double || type.type == data_type::Single) {
         if (number < type.lowest || number > type.highest) raise(error::MultipleStep);
-        return number;
+        return type.type == data_type::Single ? static_cast<double>(static_cast<float>(number)) : number;
     }
     const double rounded = host::roundHalfEven(number);
     if (!(rounded >= type.lowest && rounded <= type.highest)) raise(error::MultipleStep);
@@ -92,6 +89,12 @@ Variant convertedText(const TypeRow& type, std::int32_t definedSize, const Varia
         return value;
     }
     return convertedText(type, definedSize, Variant(value.toText()));
+}
+
+// A moment in the text of the types that keep theirs as text.
+std::u16string exactDate(std::int32_t type, DateTime moment) {
+    std::u16string text = host::isoText(moment);
+    return type == data_type::DBTime ? text.substr(text.find(u'T') + 1) : text;
 }
 
 // The numbers of a date text, in order, with what stands between them; empty where a word other than AM or PM is in it.
@@ -163,6 +166,15 @@ std::optional<Storage> storageOf(std::int32_t type) noexcept {
     return row ? std::optional(row->storage) : std::nullopt;
 }
 
+bool takesNull(const FieldDefinition& definition) noexcept {
+    return definition.attributes != field_attribute::Unspecified && (definition.attributes & (field_attribute::IsNullable | field_attribute::MayBeNull)) != 0;
+}
+
+bool isLimited(std::int32_t type) noexcept {
+    const TypeRow* row = rowOf(type);
+    return row && row->limited;
+}
+
 FieldDefinition completed(FieldDefinition definition) {
     const TypeRow* row = rowOf(definition.type);
     if (row && row->fixedSize != 0) definition.definedSize = row->fixedSize;
@@ -188,7 +200,7 @@ Variant convertedFor(const FieldDefinition& definition, const Variant& value) {
             case Storage::Date:
                 return convertedDate(value);
             case Storage::Exact:
-                return value.toText();
+                return value.kind() == Variant::Kind::Date ? exactDate(definition.type, value.toDate()) : value.toText();
         }
     } catch (const host::HostError& failure) {
         if (failure.number() == host::runtime_error::TypeMismatch) raise(error::WrongValueType);

@@ -5,6 +5,9 @@
 #include "host/TextFunctions.h"
 #include "recordset/Collation.h"
 #include "recordset/Errors.h"
+#include "recordset/RowsetReader.h"
+#include "recordset/RowsetWriter.h"
+#include "recordset/Stream.h"
 
 namespace lorvane::recordset {
 
@@ -50,7 +53,7 @@ public:
     Variant get(Member member, Args) override {
         switch (member) {
             case Member::Value:
-                return recordset_.view().value(index_);
+                return recordset_.view().value(index());
             case Member::Name:
                 return definition().name;
             case Member::Type:
@@ -65,7 +68,7 @@ public:
     }
     void put(Member member, const Variant& value, Args) override {
         if (member != Member::Value) host::raiseNoSuchMember(className(), member);
-        recordset_.view().setValue(index_, value);
+        recordset_.view().setValue(index(), value);
     }
     Variant call(Member member, Args args) override { return get(member, args); }
     std::optional<Member> memberNamed(std::u16string_view name) const override {
@@ -75,9 +78,14 @@ public:
     std::u16string_view className() const noexcept override { return u"Field"; }
 
 private:
-    const FieldDefinition& definition() const { return recordset_.fields()[index_]; }
+    // A field may be held while its recordset is closed and opened on a source that has fewer.
+    std::size_t index() const {
+        if (index_ >= recordset_.fields().size()) raise(error::ItemNotFound);
+        return index_;
+    }
+    const FieldDefinition& definition() const { return recordset_.fields()[index()]; }
     Variant actualSize() const {
-        const Variant value = recordset_.view().value(index_);
+        const Variant value = recordset_.view().value(index());
         if (value.kind() == Variant::Kind::Text) return static_cast<std::int32_t>(value.text().size());
         return value.isEmpty() || value.isNull() ? std::int32_t{0} : definition().definedSize;
     }
@@ -141,7 +149,7 @@ std::size_t Recordset::fieldIndex(const Variant& nameOrNumber) const {
 }
 
 Object Recordset::fieldAt(std::size_t index) {
-    fieldObjects_.resize(fields().size());
+    fieldObjects_.resize(std::max(fieldObjects_.size(), fields().size()));
     if (fieldObjects_[index]) return Object(fieldObjects_[index]);
     Object made = host::makeObject<FieldObject>(*this, index);
     fieldObjects_[index] = host::implementation<FieldObject>(made);
@@ -174,11 +182,37 @@ void Recordset::open(Args args) {
     if (view_) raise(error::Open);
     // A table made in memory has no source; a text that would name one needs a connection.
     const Variant& source = host::argumentAt(args, 0);
-    if (source.kind() == Variant::Kind::Object) raise(error::BadArgument);
+    if (source.kind() == Variant::Kind::Object) {
+        const bool alone = std::ranges::all_of(args.subspan(1), [](const host::Argument& further) { return further.value().isMissing(); });
+        if (!alone) raise(error::BadArgument);
+        return openFrom(source.toObject());
+    }
     if (appended_.empty() || (!source.isMissing() && !source.isEmpty())) raise(error::InvalidConnection);
     auto view = std::make_unique<View>(std::make_shared<Table>(appended_), collation_);
     view->setSort(sortBeforeOpen_);
     view_ = std::move(view);
+}
+
+void Recordset::openFrom(const Object& source) {
+    auto* const stream = host::implementation<Stream>(source);
+    if (!stream) raise(error::BadArgument);
+    auto view = std::make_unique<View>(readRowset(stream->readRest()), collation_);
+    view->setSort(sortBeforeOpen_);
+    view_ = std::move(view);
+}
+
+void Recordset::save(Args args) {
+    constexpr std::int32_t persistXml = 1;
+    view();
+    const Variant& target = host::requiredArgument(args, 0);
+    const Variant& format = host::argumentAt(args, 1);
+    auto* const stream = target.kind() == Variant::Kind::Object ? host::implementation<Stream>(target.toObject()) : nullptr;
+    // Files, and the binary format that goes without saying, are not offered.
+    if (!stream || format.isMissing() || format.toInt32() != persistXml) raise(error::NotSupported);
+    const std::u16string text = writeRowset(*view_, RowsetEncoding::Utf16);
+    if (!stream->isOpen()) stream->open();
+    stream->write(text);
+    if (view_->recordCount() > 0) view_->moveFirst();
 }
 
 void Recordset::close() {
@@ -255,6 +289,9 @@ Variant Recordset::call(Member member, Args args) {
             return {};
         case Member::Close:
             close();
+            return {};
+        case Member::Save:
+            save(args);
             return {};
         case Member::AddNew:
             if (!args.empty()) raise(error::NotSupported);

@@ -26,7 +26,8 @@ inline constexpr host::Member BOF = number(0), MovePrevious = number(1), MoveLas
                               DefinedSize = number(6), Attributes = number(7), ActualSize = number(8);
 }  // namespace own_member
 
-/// The object "ADODB.Recordset": fields first appended, then opened, then rows.
+/// The object "ADODB.Recordset": fields first appended, then opened, then rows; or opened on a stream, from its position on, that holds a rowset.
+/// A rowset that cannot be read leaves it closed, as it was. `Save` writes the rowset to a stream, which it opens where it is closed.
 ///
 /// A field object stays on its recordset and shows the current row, wherever that is.
 class Recordset final : public host::Dispatch {
@@ -54,6 +55,8 @@ private:
     host::Object fieldsObject();
     void append(host::Args args);
     void open(host::Args args);
+    void openFrom(const host::Object& source);
+    void save(host::Args args);
     void close();
     host::Object clone();
     void putFilter(const host::Variant& value);

@@ -242,7 +242,9 @@ void RowsetTokenizer::readReference() {
 
 std::u16string rowsetTextFrom(std::span<const std::uint8_t> bytes) {
     if (bytes.size() > 4 * RowsetTokenizer::longestText) raiseNotARowset(u"The source is too long.");
-    const auto startsWith = [bytes](std::initializer_list<std::uint8_t> mark) { return std::ranges::equal(bytes.first(std::min(bytes.size(), mark.size())), mark); };
+    const auto startsWith = [bytes](std::initializer_list<std::uint8_t> mark) {
+        return std::ranges::equal(bytes.first(std::min(bytes.size(), mark.size())), mark);
+    };
     if (startsWith({0xFF, 0xFE}) || startsWith({0xFE, 0xFF})) {
         if (bytes.size() % 2 != 0) raiseNotARowset(u"The text breaks off.");
         const std::size_t low = bytes[0] == 0xFF ? 0 : 1;

@@ -24,9 +24,9 @@ struct RowsetAttribute {
 
 /// The elements of a rowset's text, one by one.
 ///
-/// It is no general XML parser. Values keep raw line ends, tabs and control characters, which such a parser turns into blanks or refuses. References are numeric
-/// or the five named ones. A document type, a CDATA section and text between elements are refused, and so is whatever goes beyond the limits; every refusal is
-/// `error::NotARowset` with a sentence that names the line. Nothing is looked up anywhere, and the work is linear in the text.
+/// It is no general XML parser. Values keep raw line ends, tabs and control characters, which such a parser turns into blanks or refuses. References are
+/// numeric or the five named ones. A document type, a CDATA section and text between elements are refused, and so is whatever goes beyond the limits; every
+/// refusal is `error::NotARowset` with a sentence that names the line. Nothing is looked up anywhere, and the work is linear in the text.
 class RowsetTokenizer {
 public:
     static constexpr std::size_t longestText = std::size_t{1} << 27;  ///< UTF-16 units

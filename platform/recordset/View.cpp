@@ -231,6 +231,18 @@ void View::setAbsolutePosition(std::int32_t position) {
     goTo(static_cast<std::size_t>(position) - 1);
 }
 
+std::vector<RowId> View::rows() {
+    finishEdit();
+    if (isIndexed()) {
+        ensureIndex();
+        return index_;
+    }
+    std::vector<RowId> all;
+    all.reserve(table_->liveCount());
+    table_->liveRows().forEach([&](RowId row) { all.push_back(row); });
+    return all;
+}
+
 // ---- values and rows
 
 RowId View::currentRow() {

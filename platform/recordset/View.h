@@ -45,6 +45,9 @@ public:
     /// Raises 3021 without rows and `BadArgument` (3001) outside 1 … `recordCount()`.
     void setAbsolutePosition(std::int32_t position);
 
+    /// All rows in sight, in their order. Commits a row in edit first.
+    std::vector<RowId> rows();
+
     /// Both go to the first row. An empty text takes the filter or sort away.
     void setFilter(std::u16string_view criteria);
     void setSort(std::u16string_view order);

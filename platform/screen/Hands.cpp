@@ -1,20 +1,35 @@
 #include "screen/Hands.h"
 
 #include "host/HostError.h"
+#include "host/TextFunctions.h"
 #include "screen/ControlKeys.h"
 
 namespace lorvane::screen {
 
+namespace {
+
+std::u16string rowText(Row row) {
+    return row ? host::decimal(*row) : std::u16string();
+}
+
+}  // namespace
+
 void Hands::Click(std::u16string_view window, std::u16string_view control, Row row) {
-    clickControl(reach(window, control), row);
+    host::Control& target = reach(window, control);
+    tell(u"Click", target, rowText(row));
+    clickControl(target, row);
 }
 
 void Hands::DblClick(std::u16string_view window, std::u16string_view control, Row row) {
-    doubleClickControl(reach(window, control), row);
+    host::Control& target = reach(window, control);
+    tell(u"DblClick", target, rowText(row));
+    doubleClickControl(target, row);
 }
 
 void Hands::RightClick(std::u16string_view window, std::u16string_view control, Row row) {
-    rightClickControl(reach(window, control), row);
+    host::Control& target = reach(window, control);
+    tell(u"RightClick", target, rowText(row));
+    rightClickControl(target, row);
 }
 
 void Hands::Hover(std::u16string_view window, std::u16string_view control) {
@@ -25,28 +40,45 @@ void Hands::Type(std::u16string_view window, std::u16string_view control, std::u
     host::Control& target = reach(window, control);
     if (target.kind() != host::ControlKind::TextBox && target.kind() != host::ControlKind::ComboBox)
         throw host::HostError(host::runtime_error::InvalidProcedureCall, std::u16string(u"The control \"").append(target.name()).append(u"\" takes no text."));
+    tell(u"Type", target, text);
     press(target, keysOfText(text));
 }
 
 void Hands::Key(std::u16string_view window, std::u16string_view control, std::u16string_view keys) {
     const std::vector<KeyStroke> strokes = parseKeys(keys);
-    press(reach(window, control), strokes);
+    host::Control& target = reach(window, control);
+    tell(u"Key", target, keys);
+    press(target, strokes);
 }
 
 void Hands::Select(std::u16string_view window, std::u16string_view list, std::int32_t index) {
-    chooseLine(reach(window, list), index);
+    host::Control& target = reach(window, list);
+    tell(u"Select", target, host::decimal(index));
+    chooseLine(target, index);
 }
 
 void Hands::Check(std::u16string_view window, std::u16string_view box, bool on) {
-    setChecked(reach(window, box), on);
+    host::Control& target = reach(window, box);
+    tell(u"Check", target, on ? u"on" : u"off");
+    setChecked(target, on);
 }
 
 void Hands::CloseWindow(std::u16string_view window) {
-    closeByTitleBar(windows_.reach(window));
+    host::Form& target = windows_.reach(window);
+    if (onAct_) onAct_(std::u16string(u"act CloseWindow ").append(target.name()));
+    closeByTitleBar(target);
 }
 
 void Hands::Advance(std::int64_t milliseconds) {
     windows_.desktop().advance(milliseconds);
+}
+
+void Hands::tell(std::u16string_view act, const host::Control& control, std::u16string_view detail) const {
+    if (!onAct_) return;
+    std::u16string line(u"act ");
+    line.append(act).append(u" ").append(control.form().name()).append(u".").append(control.name());
+    if (!detail.empty()) line.append(u" ").append(detail);
+    onAct_(line);
 }
 
 host::Control& Hands::reach(std::u16string_view window, std::u16string_view control) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "screen/ControlActions.h"
@@ -33,10 +35,15 @@ public:
 
     WindowList& windows() const noexcept { return windows_; }
 
+    /// Hears of each act on a control or window that is there, before its handlers run: "act Click frmEmail.cmdInsert", "act Select frmEmail.lstEmails 2".
+    void onAct(std::function<void(std::u16string_view)> told) { onAct_ = std::move(told); }
+
 private:
     host::Control& reach(std::u16string_view window, std::u16string_view control);
+    void tell(std::u16string_view act, const host::Control& control, std::u16string_view detail = {}) const;
     void press(host::Control& control, const std::vector<KeyStroke>& strokes);
     WindowList& windows_;
+    std::function<void(std::u16string_view)> onAct_;
 };
 
 }  // namespace lorvane::screen

@@ -73,7 +73,8 @@ std::vector<host::Menu*> itemsOf(const Form& form, const host::Control& menu) {
 
 /// Captions compare without their access key marks.
 bool isCalled(const host::Menu& item, std::u16string_view choice) {
-    return host::equalsIgnoreCase(item.name(), choice) || host::equalsIgnoreCase(host::Replace(item.Caption.get(), u"&", u""), host::Replace(choice, u"&", u""));
+    return host::equalsIgnoreCase(item.name(), choice) ||
+           host::equalsIgnoreCase(host::Replace(item.Caption.get(), u"&", u""), host::Replace(choice, u"&", u""));
 }
 
 }  // namespace

@@ -4,8 +4,12 @@
 
 namespace lorvane::host {
 
-Recordset makeRecordset() { return Recordset(apartment().machine.CreateObject(u"ADODB.Recordset")); }
+Recordset makeRecordset() {
+    return Recordset(apartment().machine.CreateObject(u"ADODB.Recordset"));
+}
 
-Stream makeStream() { return Stream(apartment().machine.CreateObject(u"ADODB.Stream")); }
+Stream makeStream() {
+    return Stream(apartment().machine.CreateObject(u"ADODB.Stream"));
+}
 
 }  // namespace lorvane::host

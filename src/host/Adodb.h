@@ -39,7 +39,9 @@ public:
     Recordset() = default;
     explicit Recordset(Object object) : Object(std::move(object)) {}
     host::Field Fields(std::u16string_view name) const { return host::Field(get(Member::Fields, {name}).toObject()); }
-    void appendField(std::u16string_view name, std::int32_t type, std::int32_t size) const { getObject(Member::Fields).call(Member::Append, {name, type, size}); }
+    void appendField(std::u16string_view name, std::int32_t type, std::int32_t size) const {
+        getObject(Member::Fields).call(Member::Append, {name, type, size});
+    }
     void Open() const { call(Member::Open); }
     void Open(const Stream& source) const { call(Member::Open, {static_cast<const Object&>(source)}); }  ///< the rowset that `Save` wrote
     void Save(const Stream& target, std::int32_t format) const { call(Member::Save, {static_cast<const Object&>(target), format}); }

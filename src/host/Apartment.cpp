@@ -18,7 +18,9 @@ Apartment& apartment() {
     return *current;
 }
 
-ApartmentScope::ApartmentScope(Object machine) : mine_(std::make_unique<Apartment>(std::move(machine))), outer_(current) { current = mine_.get(); }
+ApartmentScope::ApartmentScope(Object machine) : mine_(std::make_unique<Apartment>(std::move(machine))), outer_(current) {
+    current = mine_.get();
+}
 
 ApartmentScope::~ApartmentScope() {
     current = mine_.get();  // what ends with the apartment may still name it

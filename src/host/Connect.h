@@ -15,8 +15,8 @@ namespace lorvane::host {
 /// Other instances of the add-in reach its public methods by name, through `Application.CreateObject("Lorvane.Connect")`.
 class Connect final : public Dispatch {
 public:
-    /// Runs with errors ignored: a failing statement is skipped and the next one runs. On a host of version 12 or more only a message is shown, and the add-in stays
-    /// passive. `addInInst` is the host's object for the add-in.
+    /// Runs with errors ignored: a failing statement is skipped and the next one runs. On a host of version 12 or more only a message is shown, and the add-in
+    /// stays passive. `addInInst` is the host's object for the add-in.
     void AddinInstance_OnConnection(const Object& application, std::int32_t connectMode, const Object& addInInst);
     void AddinInstance_OnDisconnection(std::int32_t removeMode);
 

@@ -66,9 +66,13 @@ void Connect::PasteRangeToEmail() {
     });
 }
 
-Variant Connect::get(Member member, Args args) { return call(member, args); }
+Variant Connect::get(Member member, Args args) {
+    return call(member, args);
+}
 
-void Connect::put(Member member, const Variant&, Args) { raiseNoSuchMember(className(), member); }
+void Connect::put(Member member, const Variant&, Args) {
+    raiseNoSuchMember(className(), member);
+}
 
 Variant Connect::call(Member member, Args args) {
     switch (member) {
@@ -89,8 +93,11 @@ Variant Connect::call(Member member, Args args) {
                                  requiredArgument(args, 4).toText(), objectAt(5));
             return {};
         }
-        case Member::PasteRangeToEmail: PasteRangeToEmail(); return {};
-        default: raiseNoSuchMember(className(), member);
+        case Member::PasteRangeToEmail:
+            PasteRangeToEmail();
+            return {};
+        default:
+            raiseNoSuchMember(className(), member);
     }
 }
 

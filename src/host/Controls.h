@@ -47,13 +47,15 @@ private:
 
 class Panel final : public Control {
 public:
-    Panel(Form& form, std::u16string_view name, std::u16string_view caption = u"", Control* container = nullptr) : Control(form, ControlKind::Panel, name, caption, container) {}
+    Panel(Form& form, std::u16string_view name, std::u16string_view caption = u"", Control* container = nullptr)
+        : Control(form, ControlKind::Panel, name, caption, container) {}
     Event<> Click, MouseMove;
 };
 
 class Label final : public Control {
 public:
-    Label(Form& form, std::u16string_view name, std::u16string_view caption = u"", Control* container = nullptr) : Control(form, ControlKind::Label, name, caption, container) {}
+    Label(Form& form, std::u16string_view name, std::u16string_view caption = u"", Control* container = nullptr)
+        : Control(form, ControlKind::Label, name, caption, container) {}
     Event<> Click, MouseMove;
 };
 
@@ -134,10 +136,10 @@ public:
     void AddItem(std::u16string_view line) { AddItem(PaddedText(line)); }
     void Clear();
     std::int32_t ListCount() const noexcept { return static_cast<std::int32_t>(lines_.size()); }
-    std::u16string List(std::int32_t index) const;        ///< the whole line, blanks and all; error 381 out of range
-    const PaddedText& line(std::int32_t index) const;     ///< the same, as it is kept
-    std::u16string Text() const;                          ///< the chosen line, "" where there is none
-    std::int32_t rowAt(double y) const noexcept;          ///< the line at a place of MouseDown, -1 where there is none
+    std::u16string List(std::int32_t index) const;     ///< the whole line, blanks and all; error 381 out of range
+    const PaddedText& line(std::int32_t index) const;  ///< the same, as it is kept
+    std::u16string Text() const;                       ///< the chosen line, "" where there is none
+    std::int32_t rowAt(double y) const noexcept;       ///< the line at a place of MouseDown, -1 where there is none
 
 protected:
     void propertyChanged(PropertyBase& property) override;
@@ -160,7 +162,8 @@ protected:
 /// A pop-up menu, or (with a container) one of its items; a caption "-" is a separator.
 class Menu final : public Control {
 public:
-    Menu(Form& form, std::u16string_view name, std::u16string_view caption, Control* container = nullptr) : Control(form, ControlKind::Menu, name, caption, container) {}
+    Menu(Form& form, std::u16string_view name, std::u16string_view caption, Control* container = nullptr)
+        : Control(form, ControlKind::Menu, name, caption, container) {}
     Event<> Click;
 };
 

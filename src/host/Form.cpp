@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/Apartment.h"
+#include "host/Guards.h"
 #include "host/TextFunctions.h"
 
 namespace lorvane::host {
@@ -38,9 +39,9 @@ Control* Form::control(std::u16string_view name) const noexcept {
 
 void Form::load() {
     if (loaded_) return;
-    loaded_ = true;
     const Object keepAlive(this);
     apartment().machine.screen().Load(*this);
+    loaded_ = true;
     Form_Load();
 }
 
@@ -68,12 +69,13 @@ void Form::Hide() {
 void Form::unload() {
     if (!loaded_) return;
     const Object keepAlive(this);
-    Hide();
-    Form_Unload();
+    // The window goes whatever fails on the way: nothing can be done with half of one.
+    ignoringErrors([&] { Hide(); });
+    ignoringErrors([&] { Form_Unload(); });
     for (Control* candidate : controls_)
-        if (candidate->kind() == ControlKind::Timer) candidate->Enabled = false;
+        if (candidate->kind() == ControlKind::Timer) ignoringErrors([&] { candidate->Enabled = false; });
     loaded_ = false;
-    apartment().machine.screen().Unload(*this);
+    ignoringErrors([&] { apartment().machine.screen().Unload(*this); });
     apartment().forms.letGo(*this);
 }
 
@@ -99,9 +101,13 @@ Variant Form::get(Member member, Args args) {
     return getMember(member, args, className());
 }
 
-void Form::put(Member member, const Variant& value, Args) { putMember(member, value, className()); }
+void Form::put(Member member, const Variant& value, Args) {
+    putMember(member, value, className());
+}
 
-Variant Form::call(Member member, Args args) { return get(member, args); }
+Variant Form::call(Member member, Args args) {
+    return get(member, args);
+}
 
 Form* Forms::find(std::u16string_view name) const noexcept {
     for (const Object& instance : instances_) {
@@ -116,7 +122,12 @@ Form& Forms::use(std::u16string_view name, Factory factory) {
     const Object instance = factory();
     instances_.push_back(instance);
     auto& form = static_cast<Form&>(*instance.dispatch());
-    form.load();
+    try {
+        form.load();
+    } catch (const HostError&) {
+        letGo(form);  // a window that could not be loaded is made anew at its next use
+        throw;
+    }
     return form;
 }
 

@@ -37,7 +37,7 @@ public:
     Property<std::int32_t> MousePointer, Left, Top, Width, Height;
 
     // For a screen:
-    void activate();                     ///< the window came up: Form_Activate, once a showing
+    void activate();  ///< the window came up: Form_Activate, once a showing
     void setFocus(Control* control) noexcept { focus_ = control; }
     void timerChanged(Timer& timer);  ///< a timer of this window was set or stopped
 

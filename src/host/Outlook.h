@@ -141,9 +141,15 @@ public:
     host::Items Items() const { return host::Items(getObject(Member::Items)); }
 };
 
-inline MAPIFolder MailItem::Parent() const { return MAPIFolder(getObject(Member::Parent)); }
-inline MAPIFolder Folders::Item(std::int32_t index) const { return MAPIFolder(call(Member::Item, {index}).toObject()); }
-inline MAPIFolder Folders::Add(std::u16string_view name) const { return MAPIFolder(call(Member::Add, {name}).toObject()); }
+inline MAPIFolder MailItem::Parent() const {
+    return MAPIFolder(getObject(Member::Parent));
+}
+inline MAPIFolder Folders::Item(std::int32_t index) const {
+    return MAPIFolder(call(Member::Item, {index}).toObject());
+}
+inline MAPIFolder Folders::Add(std::u16string_view name) const {
+    return MAPIFolder(call(Member::Add, {name}).toObject());
+}
 
 class Inspector : public Object {
 public:
@@ -156,7 +162,9 @@ public:
     void Display() const { call(Member::Display); }
     void Close(std::int32_t saveMode) const { call(Member::Close, {saveMode}); }
 };
-inline Inspector MailItem::GetInspector() const { return Inspector(getObject(Member::GetInspector)); }
+inline Inspector MailItem::GetInspector() const {
+    return Inspector(getObject(Member::GetInspector));
+}
 
 /// The live windows of one kind.
 class Windows : public Object {

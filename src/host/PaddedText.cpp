@@ -34,6 +34,8 @@ std::u16string PaddedText::text() const {
     return whole;
 }
 
-bool PaddedText::operator==(const PaddedText& other) const { return length() == other.length() && text() == other.text(); }
+bool PaddedText::operator==(const PaddedText& other) const {
+    return length() == other.length() && text() == other.text();
+}
 
 }  // namespace lorvane::host

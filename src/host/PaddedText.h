@@ -21,8 +21,8 @@ public:
     bool operator==(const PaddedText& other) const;
 
 private:
-    std::u16string rest_;          // the text without the run
-    std::uint32_t at_ = 0;         // where the run stood
+    std::u16string rest_;   // the text without the run
+    std::uint32_t at_ = 0;  // where the run stood
     std::uint32_t blanks_ = 0;
 };
 

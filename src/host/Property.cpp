@@ -4,7 +4,9 @@
 
 namespace lorvane::host {
 
-PropertyBase::PropertyBase(PropertyOwner& owner, std::u16string_view name) : owner_(owner), name_(name) { owner.properties_.push_back(this); }
+PropertyBase::PropertyBase(PropertyOwner& owner, std::u16string_view name) : owner_(owner), name_(name) {
+    owner.properties_.push_back(this);
+}
 
 PropertyBase* PropertyOwner::property(std::u16string_view name) const noexcept {
     for (PropertyBase* candidate : properties_)
@@ -45,6 +47,8 @@ Variant PropertyOwner::callMember(Member member, Args args, std::u16string_view 
     return methods_[index - properties_.size()].second(args);
 }
 
-void PropertyOwner::addMethod(std::u16string_view name, Method method) { methods_.emplace_back(name, std::move(method)); }
+void PropertyOwner::addMethod(std::u16string_view name, Method method) {
+    methods_.emplace_back(name, std::move(method));
+}
 
 }  // namespace lorvane::host

@@ -68,11 +68,17 @@ namespace detail {
 template <class T>
 T fromVariant(const Variant& value);
 template <>
-inline std::u16string fromVariant(const Variant& value) { return value.toText(); }
+inline std::u16string fromVariant(const Variant& value) {
+    return value.toText();
+}
 template <>
-inline bool fromVariant(const Variant& value) { return value.toBoolean(); }
+inline bool fromVariant(const Variant& value) {
+    return value.toBoolean();
+}
 template <>
-inline std::int32_t fromVariant(const Variant& value) { return value.toInt32(); }
+inline std::int32_t fromVariant(const Variant& value) {
+    return value.toInt32();
+}
 }  // namespace detail
 
 /// A typed property: reads like a value, and assigning another value tells the owner, as in `txtSearch.Text = u""`.

@@ -14,12 +14,20 @@ Object wrapped(std::u16string_view progId, const Object& target) {
 
 }  // namespace
 
-SafeMailItem makeSafeMailItem(const Object& item) { return SafeMailItem(wrapped(u"qz7mRedemption.qz7mSafeMailItem", item)); }
+SafeMailItem makeSafeMailItem(const Object& item) {
+    return SafeMailItem(wrapped(u"qz7mRedemption.qz7mSafeMailItem", item));
+}
 
-SafeMailItem makeSafePostItem(const Object& item) { return SafeMailItem(wrapped(u"qz7mRedemption.qz7mSafePostItem", item)); }
+SafeMailItem makeSafePostItem(const Object& item) {
+    return SafeMailItem(wrapped(u"qz7mRedemption.qz7mSafePostItem", item));
+}
 
-SafeInspector makeSafeInspector(const Object& inspector) { return SafeInspector(wrapped(u"qz7mRedemption.qz7mSafeInspector", inspector)); }
+SafeInspector makeSafeInspector(const Object& inspector) {
+    return SafeInspector(wrapped(u"qz7mRedemption.qz7mSafeInspector", inspector));
+}
 
-void SafeMapiCleanup() { apartment().machine.CreateObject(u"qz7mRedemption.qz7mMAPIUtils").call(Member::Cleanup); }
+void SafeMapiCleanup() {
+    apartment().machine.CreateObject(u"qz7mRedemption.qz7mMAPIUtils").call(Member::Cleanup);
+}
 
 }  // namespace lorvane::host

@@ -26,14 +26,14 @@ inline constexpr std::int32_t Ok = 1, Cancel = 2, Yes = 6, No = 7;
 class Screen : public Object {
 public:
     explicit Screen(Object object) : Object(std::move(object)) {}
-    void Load(Form& form) const;                ///< the window exists from now on, not shown yet
-    void Show(Form& form, bool modal) const;    ///< modal: returns when the window is hidden or unloaded and its running handler has returned
+    void Load(Form& form) const;              ///< the window exists from now on, not shown yet
+    void Show(Form& form, bool modal) const;  ///< modal: returns when the window is hidden or unloaded and its running handler has returned
     void Hide(Form& form) const;
     void Unload(Form& form) const;
     std::int32_t MsgBox(std::u16string_view text, std::int32_t style, std::u16string_view title) const;  ///< the button pressed
     void DoEvents() const;                                                                               ///< lets pending events run once
     void PopupMenu(Form& form, std::u16string_view menu) const;  ///< shows a menu of the window; the chosen item's Click runs before it returns
-    double TextWidth(std::u16string_view text) const;                                                    ///< twips, in the list's font
+    double TextWidth(std::u16string_view text) const;            ///< twips, in the list's font
     void SetTimer(Form& form, std::u16string_view timer, std::int32_t milliseconds) const;  ///< raises the control's Timer event each interval
     void KillTimer(Form& form, std::u16string_view timer) const;
     void SendKeys(std::u16string_view keys, bool wait) const;  ///< to the foreground window; the grammar of `SendKeys`, error 5 where it is broken
@@ -53,8 +53,8 @@ public:
     void AppendText(std::u16string_view path, std::u16string_view text) const;  ///< makes the file where there is none
     void DeleteFile(std::u16string_view path) const;
     std::vector<std::u16string> ListFiles(std::u16string_view folder) const;  ///< names without their folder
-    std::u16string GetTempPath() const;                   ///< the run's temporary folder with a "\" at its end; "" where there is none
-    std::u16string GetFolderPath(std::int32_t csidl) const;  ///< 5 documents, 26 roaming application data
+    std::u16string GetTempPath() const;                                       ///< the run's temporary folder with a "\" at its end; "" where there is none
+    std::u16string GetFolderPath(std::int32_t csidl) const;                   ///< 5 documents, 26 roaming application data
 };
 
 /// Per-user text values under application, section and key.
@@ -82,11 +82,11 @@ class Clipboard : public Object {
 public:
     explicit Clipboard(Object object) : Object(std::move(object)) {}
     void Clear() const;
-    void SetText(std::u16string_view text) const;  ///< replaces all formats by this text
+    void SetText(std::u16string_view text) const;                          ///< replaces all formats by this text
     std::int32_t RegisterClipboardFormat(std::u16string_view name) const;  ///< 0 where it failed
     bool OpenClipboard() const;
     std::int32_t GlobalAlloc(std::int32_t flags, std::int32_t size) const;  ///< handle, 0 where it failed
-    std::int32_t GlobalLock(std::int32_t handle) const;                    ///< address, 0 where it failed
+    std::int32_t GlobalLock(std::int32_t handle) const;                     ///< address, 0 where it failed
     void RtlMoveMemory(std::int32_t address, const Bytes& bytes) const;
     void GlobalUnlock(std::int32_t handle) const;
     void EmptyClipboard() const;
@@ -108,7 +108,8 @@ public:
 class Shell : public Object {
 public:
     explicit Shell(Object object) : Object(std::move(object)) {}
-    void ShellExecute(std::int32_t owner, std::u16string_view operation, std::u16string_view file, std::u16string_view parameters, std::u16string_view directory, std::int32_t show) const;
+    void ShellExecute(std::int32_t owner, std::u16string_view operation, std::u16string_view file, std::u16string_view parameters,
+                      std::u16string_view directory, std::int32_t show) const;
 };
 
 /// Where a run begins: makes objects by ProgID and hands out the services.
@@ -116,7 +117,7 @@ class Machine : public Object {
 public:
     Machine() = default;
     explicit Machine(Object object) : Object(std::move(object)) {}
-    Object CreateObject(std::u16string_view progId) const;                                    ///< error 429 for an unknown ProgID; ProgIDs are case-insensitive
+    Object CreateObject(std::u16string_view progId) const;  ///< error 429 for an unknown ProgID; ProgIDs are case-insensitive
     Object CreateObject(std::u16string_view progId, std::u16string_view server) const;
     host::Screen screen() const;
     host::Files files() const;

@@ -30,7 +30,9 @@ std::u16string OutlookVersion() {
     return version.substr(0, version.find(u'.'));
 }
 
-std::int32_t OutlookMajorVersion() { return Variant(OutlookVersion()).toInt32(); }
+std::int32_t OutlookMajorVersion() {
+    return Variant(OutlookVersion()).toInt32();
+}
 
 bool IsGuardedOutlook10() {
     constexpr double firstGuardedBuild = 6515;
@@ -54,7 +56,8 @@ std::int32_t MessageBox4Word(std::u16string_view text, std::int32_t style, std::
 
 void showStandardError(std::u16string_view routine, const HostError& error) {
     const std::u16string text = u"Error " + decimal(error.number()) + u": " + error.description();
-    MessageBox4Word(text, msgbox::Critical, std::u16string(routine) + u" - " + apartment().title);
+    // A box that cannot be shown is no reason for the guarded routine to fail after all.
+    ignoringErrors([&] { MessageBox4Word(text, msgbox::Critical, std::u16string(routine) + u" - " + apartment().title); });
 }
 
 void InitializeRDOSession() {

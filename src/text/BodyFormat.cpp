@@ -26,7 +26,8 @@ std::u16string SetParagraphSpacing(std::u16string_view html) {
 
 std::u16string RemoveSpecChars(std::u16string_view name) {
     std::u16string clean(name);
-    for (const std::u16string_view character : {u"\\", u"/", u":", u"*", u"?", u"\"", u"<", u">", u"|"}) clean = Replace(clean, character, u"", Compare::IgnoreCase);
+    for (const std::u16string_view character : {u"\\", u"/", u":", u"*", u"?", u"\"", u"<", u">", u"|"})
+        clean = Replace(clean, character, u"", Compare::IgnoreCase);
     return clean;
 }
 

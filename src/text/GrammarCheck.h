@@ -9,7 +9,10 @@ namespace lorvane::text {
 ///
 /// A fragment runs from the first start delimiter of the whole text to an end delimiter behind it; one that holds "FullName", "FirstName" or "Date" (looked for
 /// in this order, any case) is replaced wherever it stands. A start delimiter whose fragments hold none of the words stays in front and makes each later
-/// fragment run from it. The time grows with the length of the text, whatever stands in it.
+/// fragment run from it.
+///
+/// The time grows with the length of the text, also where it is nothing but delimiters or holds very many fragments. Only many different fragments made of the
+/// same few pieces cost more: each at most about what a pass over the text costs. Delimiters that can overlap anything cost such a pass for each fragment.
 const std::u16string& RemoveGrammarCheck(std::u16string& text, std::u16string_view startDelimiter, std::u16string_view endDelimiter);
 
 }  // namespace lorvane::text

@@ -15,16 +15,26 @@ constexpr std::int32_t receivedByNameTag = 0x0040001E;
 constexpr std::int32_t senderAddressTypeTag = 0x0C1E001E;
 constexpr std::int32_t proxyAddressesTag = 0x800F101E;
 
-std::u16string fieldText(const Variant& field) { return field.isNull() ? std::u16string() : field.toText(); }
+std::u16string fieldText(const Variant& field) {
+    return field.isNull() ? std::u16string() : field.toText();
+}
 
-std::u16string trimmed(std::u16string_view text) { return std::u16string(Trim(text)); }
+std::u16string trimmed(std::u16string_view text) {
+    return std::u16string(Trim(text));
+}
 
-bool isQuoted(std::u16string_view name) { return !name.empty() && name.front() == u'\'' && name.back() == u'\''; }
+bool isQuoted(std::u16string_view name) {
+    return !name.empty() && name.front() == u'\'' && name.back() == u'\'';
+}
 
-std::u16string unquoted(std::u16string_view name) { return name.size() < 2 ? std::u16string() : std::u16string(name.substr(1, name.size() - 2)); }
+std::u16string unquoted(std::u16string_view name) {
+    return name.size() < 2 ? std::u16string() : std::u16string(name.substr(1, name.size() - 2));
+}
 
 /// Part of `text` in front of position `end` (from 1); empty for 0 and 1.
-std::u16string_view inFrontOf(std::u16string_view text, std::size_t end) { return end < 2 ? std::u16string_view() : Left(text, end - 1); }
+std::u16string_view inFrontOf(std::u16string_view text, std::size_t end) {
+    return end < 2 ? std::u16string_view() : Left(text, end - 1);
+}
 
 }  // namespace
 
@@ -95,31 +105,40 @@ std::u16string GetLastName(std::u16string_view name) {
     return {};
 }
 
-std::u16string SenderEmail(const Object& item) {
+namespace {
+
+/// Of several SMTP addresses of a directory entry the last one; primary and secondary ones count alike.
+std::u16string lastSmtpAddress(const AddressEntry& entry) {
+    constexpr std::u16string_view prefix = u"SMTP:";
+    const Variant proxies = entry.Fields(proxyAddressesTag);
     std::u16string address;
+    for (const Variant& proxy : proxies.toArray().items) {
+        const std::u16string text = proxy.toText();
+        if (equalsIgnoreCase(Left(text, prefix.size()), prefix)) address = Mid(text, prefix.size() + 1);
+    }
+    return address;
+}
+
+std::u16string senderAddress(const SafeMailItem& item) {
+    const std::u16string type = fieldText(item.Fields(senderAddressTypeTag));
+    const AddressEntry sender = item.Sender();
+    if (!sender) return {};
+    if (equalsIgnoreCase(type, u"SMTP")) return sender.Address();
+    return type == u"EX" ? lastSmtpAddress(sender) : std::u16string();
+}
+
+}  // namespace
+
+std::u16string SenderEmail(const Object& item) {
     try {
         SafeMapiCleanup();
-        const SafeMailItem safe = makeSafeMailItem(item);
-        const std::u16string type = fieldText(safe.Fields(senderAddressTypeTag));
-        const AddressEntry sender = safe.Sender();
-        if (sender) {
-            if (equalsIgnoreCase(type, u"SMTP")) {
-                address = sender.Address();
-            } else if (type == u"EX") {
-                constexpr std::u16string_view prefix = u"SMTP:";
-                // No early end: of several addresses the last one wins.
-                for (const Variant& entry : sender.Fields(proxyAddressesTag).toArray().items) {
-                    const std::u16string text = entry.toText();
-                    if (equalsIgnoreCase(Left(text, prefix.size()), prefix)) address = Mid(text, prefix.size() + 1);
-                }
-            }
-        }
+        const std::u16string address = senderAddress(makeSafeMailItem(item));
+        SafeMapiCleanup();
+        return address;
     } catch (const HostError&) {
         MsgBox(u"E-mail address cannot be resolved. Please check e-mail address.", msgbox::Exclamation, u"Invalid E-mail Address");
         return {};
     }
-    SafeMapiCleanup();
-    return address;
 }
 
 bool IsReceivedMail(const Object& item) {

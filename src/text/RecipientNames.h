@@ -5,7 +5,8 @@
 
 #include "host/Outlook.h"
 
-/// The full name and the first name that the tags stand for, from what the address book and a display name offer; and the tests on a mail's sender and recipients.
+/// The full name and the first name that the tags stand for, from what the address book and a display name offer; and the tests on a mail's sender and
+/// recipients.
 namespace lorvane::text {
 
 /// Name properties of an address entry.
@@ -15,8 +16,8 @@ inline constexpr std::int32_t Prefix = 0x3A45001E, GivenName = 0x3A06001E, Middl
 
 /// Works out both names. The full name keeps the shape it was found in: "Public, John" stays so, while its first name is "John".
 ///
-/// The address book's fields come first (prefix, given, middle, surname, generation); `displayName` serves where they are empty, without a company or an address
-/// in parentheses and without quotes around. An error shows the standard box and leaves both names as they were.
+/// The address book's fields come first (prefix, given, middle, surname, generation); `displayName` serves where they are empty, without a company or an
+/// address in parentheses and without quotes around. An error shows the standard box and leaves both names as they were.
 void GetFullName(const host::AddressEntry& addressEntry, std::u16string_view displayName, std::u16string& fullName, std::u16string& firstName);
 
 /// "John Public (Acme)" gives "John Public": drops everything from the last "(" on, with the character before it. The result also stays in `name`.

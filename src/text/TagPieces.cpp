@@ -1,6 +1,8 @@
 #include "text/TagPieces.h"
 
 #include <algorithm>
+#include <bit>
+#include <utility>
 
 #include "host/CaseTables.h"
 #include "host/TextFunctions.h"
@@ -32,11 +34,11 @@ bool standApart(std::u16string_view a, std::u16string_view b) {
 
 }  // namespace
 
-/// Cuts the text: finds delimiters, tags and words in one pass and gives equal pieces one number.
+/// Cuts the text: finds delimiters, tags and words in one pass, and gives equal pieces one number in a second one. (Apart, since the look-ups of the second go
+/// all over the memory: they overlap only where nothing else stands between.)
 class TagPieces::Cutter {
 public:
-    Cutter(TagPieces& pieces, std::u16string_view startDelimiter, std::u16string_view endDelimiter)
-        : into_(pieces), text_(pieces.text_), numbers_(leastSlots, nowhere) {
+    Cutter(TagPieces& pieces, std::u16string_view startDelimiter, std::u16string_view endDelimiter) : into_(pieces), text_(pieces.text_) {
         marks_[startMark] = foldedText(startDelimiter);
         marks_[endMark] = foldedText(endDelimiter);
         for (std::size_t i = 0; i < tagWords.size(); ++i) {
@@ -44,7 +46,7 @@ public:
             marks_[firstWordMark + i] = foldedText(tagWords[i].word);
             // In front of all others, so that the tag put in is known by its index.
             const auto length = static_cast<std::uint32_t>(tagWords[i].tag.size());
-            into_.symbols_.push_back({.length = length, .words = static_cast<Words>(1U << i)});
+            into_.symbols_.push_back({.length = length, .traits = {.words = static_cast<Words>(1U << i), .isTag = true}});
         }
         for (const std::u16string& mark : marks_) {
             if (mark.front() < isFirst_.size()) isFirst_[mark.front()] = true;
@@ -52,6 +54,17 @@ public:
     }
 
     void run() {
+        // Room for marks as close as they come in real markup.
+        into_.pieces_.reserve(text_.size() / 8);
+        traits_.reserve(text_.size() / 8);
+        cut();
+        number();
+    }
+
+private:
+    enum : std::size_t { startMark, endMark, firstTagMark, firstWordMark = firstTagMark + tagWords.size(), noMark = firstWordMark + tagWords.size() };
+
+    void cut() {
         while (at_ < text_.size()) {
             const char16_t unit = folded(text_[at_]);
             const std::size_t mark = unit < isFirst_.size() && !isFirst_[unit] ? noMark : markAt(unit);
@@ -65,8 +78,10 @@ public:
                 close();
             } else if (mark < firstWordMark) {
                 close();
+                current_.isTag = true;
                 add(static_cast<Symbol>(mark - firstTagMark));
-                begin_ = at_ += marks_[mark].size();
+                at_ += marks_[mark].size();
+                begin();
             } else {
                 if (mark != noMark) current_.words = static_cast<Words>(current_.words | 1U << (mark - firstWordMark));
                 take(1);
@@ -74,10 +89,6 @@ public:
         }
         close();
     }
-
-private:
-    enum : std::size_t { startMark, endMark, firstTagMark, firstWordMark = firstTagMark + tagWords.size(), noMark = firstWordMark + tagWords.size() };
-    static constexpr std::size_t leastSlots = 64;
 
     /// What begins here; `unit` is the folded unit that stands here.
     std::size_t markAt(char16_t unit) const {
@@ -97,59 +108,81 @@ private:
 
     /// Ends the piece that was being taken, if it holds anything.
     void close() {
-        if (at_ != begin_) {
-            current_.offset = static_cast<std::uint32_t>(begin_);
-            current_.length = static_cast<std::uint32_t>(at_ - begin_);
-            add(numberOfCurrent());
-        }
+        if (at_ != begin_) add(static_cast<std::uint32_t>(hash_ >> 32));
+        begin();
+    }
+
+    void begin() {
         begin_ = at_;
         current_ = {};
         hash_ = 0;
     }
 
+    /// Until `number` runs, a piece that is no tag has its hash for a symbol.
     void add(Symbol symbol) {
         const auto place = static_cast<Place>(into_.pieces_.size());
         if (place != 0) into_.pieces_.back().next = place;
         into_.pieces_.push_back({static_cast<std::uint32_t>(begin_), symbol, nowhere, place - 1, nowhere, nowhere});
+        traits_.push_back(current_);
     }
 
-    /// By a table with open addressing, at most half full.
-    Symbol numberOfCurrent() {
+    /// By a table with open addressing, at most three quarters full.
+    void number() {
+        std::vector<Piece>& pieces = into_.pieces_;
         std::vector<SymbolEntry>& symbols = into_.symbols_;
-        const auto high = static_cast<std::uint32_t>(hash_ >> 32);
-        std::size_t slot = high & (numbers_.size() - 1);
-        for (; numbers_[slot] != nowhere; slot = (slot + 1) & (numbers_.size() - 1)) {
-            const Symbol symbol = numbers_[slot];
-            if (hashes_[symbol - tagWords.size()] == high && host::equalsIgnoreCase(content(symbols[symbol]), content(current_))) return symbol;
+        slots_.resize(std::bit_ceil(pieces.size() / 4 + 4));
+        symbols.reserve(pieces.size() / 2 + symbols.size());
+        for (std::size_t place = 0; place < pieces.size(); ++place) {
+            if (traits_[place].isTag) continue;
+            Piece& piece = pieces[place];
+            const std::size_t end = place + 1 < pieces.size() ? pieces[place + 1].offset : text_.size();
+            const SymbolEntry entry{.offset = piece.offset, .length = static_cast<std::uint32_t>(end - piece.offset), .traits = traits_[place]};
+            Slot& slot = slotOf(piece.symbol, entry);
+            if (slot.symbol == nowhere) {
+                slot = {piece.symbol, static_cast<Symbol>(symbols.size())};
+                symbols.push_back(entry);
+            }
+            piece.symbol = slot.symbol;
+            if (symbols.size() > slots_.size() / 4 * 3) widen();
         }
-        const auto symbol = static_cast<Symbol>(symbols.size());
-        numbers_[slot] = symbol;
-        symbols.push_back(current_);
-        hashes_.push_back(high);
-        if (hashes_.size() * 2 > numbers_.size()) widen();
-        return symbol;
+    }
+
+    struct Slot {
+        std::uint32_t hash = 0;
+        Symbol symbol = nowhere;
+    };
+
+    /// The one that holds this content, else the free one where it belongs.
+    Slot& slotOf(std::uint32_t hash, const SymbolEntry& entry) {
+        std::size_t slot = hash & (slots_.size() - 1);
+        while (slots_[slot].symbol != nowhere && !(slots_[slot].hash == hash && holds(slots_[slot].symbol, entry))) slot = (slot + 1) & (slots_.size() - 1);
+        return slots_[slot];
+    }
+
+    bool holds(Symbol symbol, const SymbolEntry& entry) const {
+        const SymbolEntry& known = into_.symbols_[symbol];
+        return known.length == entry.length && host::equalsIgnoreCase(text_.substr(known.offset, known.length), text_.substr(entry.offset, entry.length));
     }
 
     void widen() {
-        numbers_.assign(numbers_.size() * 4, nowhere);
-        for (std::size_t i = 0; i < hashes_.size(); ++i) {
-            std::size_t slot = hashes_[i] & (numbers_.size() - 1);
-            while (numbers_[slot] != nowhere) slot = (slot + 1) & (numbers_.size() - 1);
-            numbers_[slot] = static_cast<Symbol>(tagWords.size() + i);
+        const std::vector<Slot> full = std::exchange(slots_, std::vector<Slot>(slots_.size() * 2));
+        for (const Slot& known : full) {
+            if (known.symbol == nowhere) continue;
+            std::size_t slot = known.hash & (slots_.size() - 1);
+            while (slots_[slot].symbol != nowhere) slot = (slot + 1) & (slots_.size() - 1);
+            slots_[slot] = known;
         }
     }
-
-    std::u16string_view content(const SymbolEntry& symbol) const { return text_.substr(symbol.offset, symbol.length); }
 
     TagPieces& into_;
     std::u16string_view text_;
     std::array<std::u16string, noMark> marks_;  // folded
     std::array<bool, 128> isFirst_{};           // of ASCII: what a mark can begin with
     std::size_t begin_ = 0, at_ = 0;            // of the piece that is being taken
-    SymbolEntry current_;
+    Traits current_;
     std::uint64_t hash_ = 0;
-    std::vector<Symbol> numbers_;        // by hash; `nowhere` is free
-    std::vector<std::uint32_t> hashes_;  // by number, without the tags
+    std::vector<Traits> traits_;  // by place
+    std::vector<Slot> slots_;
 };
 
 bool TagPieces::canHold(std::u16string_view text, std::u16string_view startDelimiter, std::u16string_view endDelimiter) {
@@ -192,7 +225,7 @@ void TagPieces::remove(Place place) {
 }
 
 TagPieces::Place TagPieces::firstStart() {
-    for (; front_ != nowhere && !symbolAt(front_).isStart; front_ = after(front_)) remove(front_);
+    for (; front_ != nowhere && !symbolAt(front_).traits.isStart; front_ = after(front_)) remove(front_);
     return front_;
 }
 
@@ -201,14 +234,14 @@ TagPieces::Place TagPieces::firstEnd(Place from, std::size_t distance) const {
     for (Place place = from; place != nowhere; place = after(place)) {
         const SymbolEntry& symbol = symbolAt(place);
         passed += symbol.length;
-        if (symbol.isEnd && passed >= distance + endLength_) return place;
+        if (symbol.traits.isEnd && passed >= distance + endLength_) return place;
     }
     return nowhere;
 }
 
 TagPieces::Words TagPieces::wordsIn(Place from, Place to) const {
-    Words words = symbolAt(to).words;
-    for (Place place = from; place != to; place = after(place)) words |= symbolAt(place).words;
+    Words words = symbolAt(to).traits.words;
+    for (Place place = from; place != to; place = after(place)) words |= symbolAt(place).traits.words;
     return words;
 }
 

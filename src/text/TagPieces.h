@@ -69,13 +69,17 @@ private:
         Place next, previous;            // in reading order
         Place nextAlike, previousAlike;  // of the same symbol, in no order
     };
+    struct Traits {
+        Words words = 0;
+        bool isStart = false, isEnd = false;  // begins with the start delimiter, ends with the end delimiter
+        bool isTag = false;
+    };
     struct SymbolEntry {
         std::uint32_t offset = nowhere;  // of the first of its pieces
         std::uint32_t length = 0;
         std::uint32_t count = 0;
         Place first = nowhere;
-        Words words = 0;
-        bool isStart = false, isEnd = false;  // begins with the start delimiter, ends with the end delimiter
+        Traits traits{};
     };
     struct Run {
         Place first, last;

@@ -39,14 +39,20 @@ void replaceNames(std::u16string& text, const AddressEntry& addressEntry, std::u
 void replaceNamesByRecipientOf(std::u16string& text, const MailItem& item) {
     item.Recipients().ResolveAll();
     if (item.Recipients().Count() == 0) return;
-    if (const auto recipient = firstResolvedTo(item.Recipients())) replaceNames(text, recipient->AddressEntry(), recipient->Name());
+    if (const auto recipient = firstResolvedTo(item.Recipients())) {
+        const AddressEntry entry = recipient->AddressEntry();
+        replaceNames(text, entry, recipient->Name());
+    }
 }
 
 /// The answer's recipient is the earlier sender: the entry comes from the answer, the display name from the mail being answered.
 void replaceNamesBySenderOf(std::u16string& text, const MailItem& answered, const MailItem& answer) {
     answer.Recipients().ResolveAll();
     if (answer.Recipients().Count() == 0) return;
-    if (const auto recipient = firstResolvedTo(answer.Recipients())) replaceNames(text, recipient->AddressEntry(), answered.SenderName());
+    if (const auto recipient = firstResolvedTo(answer.Recipients())) {
+        const AddressEntry entry = recipient->AddressEntry();
+        replaceNames(text, entry, answered.SenderName());
+    }
 }
 
 }  // namespace

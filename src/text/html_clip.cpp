@@ -119,7 +119,8 @@ void PutHTMLClipboard(std::u16string_view fragment, std::u16string& before, std:
     clipboard.CloseClipboard();
 }
 
-std::u16string MergeHTMLIntoBody(std::u16string_view templateHtml, std::u16string_view bodyHtml, const Object& item, bool hasRecipients, const Object& otherItem) {
+std::u16string MergeHTMLIntoBody(std::u16string_view templateHtml, std::u16string_view bodyHtml, const Object& item, bool hasRecipients,
+                                 const Object& otherItem) {
     std::u16string html(templateHtml);
     std::u16string fragment = CopyHTMLToClipBoard(html, item, u"", hasRecipients, otherItem);
     const std::size_t headLength = endOfBodyTag(bodyHtml);
