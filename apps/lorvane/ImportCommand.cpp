@@ -1,14 +1,14 @@
 #include <algorithm>
 #include <filesystem>
+#include <optional>
+#include <system_error>
 #include <vector>
 
 #include "Commands.h"
 #include "Run.h"
 #include "Streams.h"
-#include "host/Guards.h"
 #include "host/Outlook.h"
 #include "host/TextFunctions.h"
-#include "mime/MimeReader.h"
 #include "store/TemplateFolders.h"
 
 namespace lorvane::cli {
@@ -55,33 +55,29 @@ std::vector<std::filesystem::path> messageFiles(const std::vector<std::string>& 
             continue;
         }
         std::vector<std::filesystem::path> inFolder;
-        for (const auto& entry : std::filesystem::directory_iterator(source))
-            if (entry.is_regular_file() && entry.path().extension() == ".eml") inFolder.push_back(entry.path());
+        std::error_code error;
+        for (std::filesystem::directory_iterator entry(source, error), end; !error && entry != end; entry.increment(error)) {
+            std::error_code ignored;
+            if (entry->is_regular_file(ignored) && equalsIgnoreCase(fromUtf8(entry->path().extension().string()), u".eml")) inFolder.push_back(entry->path());
+        }
+        if (error) throw CommandEnd(ExitStatus::Fault, "cannot read " + source + ": " + error.message());
+        if (inFolder.empty()) throw CommandEnd(ExitStatus::Refused, "there are no messages (.eml) in the folder " + source);
         std::sort(inFolder.begin(), inFolder.end());
         files.insert(files.end(), inFolder.begin(), inFolder.end());
     }
     return files;
 }
 
-/// False, with a line that says why, where the file is no template.
-bool importFile(Run& run, const std::filesystem::path& file, const MAPIFolder& folder) {
-    mime::ReadOptions reading;
-    reading.accountName = run.account().name;
-    reading.accountAddress = run.account().address;
+/// The message in a file; none, with a line that says why, where there is nothing in it to be taken over. Other files are not held up by it.
+std::optional<mailstore::ItemRecord> templateIn(const Run& run, const std::string& file) {
     try {
-        mailstore::ItemRecord record = mime::readMessage(readInput(file.string()), reading);
-        if (record.head.subject.size() > longestSubject) {
-            tell("lorvane: " + file.string() + ": left out, its subject has over 600 characters");
-            return false;
-        }
-        run.driver().import(std::move(record), folder);
-        return true;
+        mailstore::ItemRecord record = run.readMessage(file, readInput(file));
+        if (record.head.subject.size() <= longestSubject) return record;
+        tell("lorvane: " + file + ": left out, its subject has over 600 characters");
     } catch (const CommandEnd& end) {
         tell(std::string("lorvane: ") + end.what());
-    } catch (const HostError& error) {
-        tell("lorvane: " + file.string() + ": " + toUtf8(error.description()));
     }
-    return false;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -92,7 +88,12 @@ ExitStatus runImport(const RunOptions& runOptions, const ImportOptions& options)
     run.requireConnected();
     const MAPIFolder folder = targetFolder(options.folder);
     std::size_t imported = 0;
-    for (const std::filesystem::path& file : files) imported += importFile(run, file, folder) ? 1 : 0;
+    for (const std::filesystem::path& file : files) {
+        std::optional<mailstore::ItemRecord> record = templateIn(run, file.string());
+        if (!record) continue;
+        run.driver().import(std::move(*record), folder);
+        ++imported;
+    }
     tell("lorvane: " + std::to_string(imported) + " of " + std::to_string(files.size()) + " messages imported");
     return imported == files.size() ? ExitStatus::Done : ExitStatus::Refused;
 }

@@ -6,7 +6,7 @@
 #include "Streams.h"
 #include "host/Outlook.h"
 #include "host/TextFunctions.h"
-#include "mime/MimeReader.h"
+#include "html/RtfText.h"
 #include "mime/MimeWriter.h"
 
 namespace lorvane::cli {
@@ -39,6 +39,7 @@ CaretPlace caretPlaceFrom(const std::string& text) {
 class OwnItem {
 public:
     OwnItem(Run& run, bool keep) : run_(run), keep_(keep) {}
+    void keep() noexcept { keep_ = true; }
     ~OwnItem() {
         if (!item || keep_) return;
         try {
@@ -57,29 +58,16 @@ private:
     bool keep_;
 };
 
-void openNewMail(Run& run, const std::vector<std::string>& to, OwnItem& own) {
+void openNewMail(Run& run, const std::vector<Mailbox>& to, OwnItem& own) {
     own.inspector = run.driver().newMail();
     own.item = Inspector(own.inspector).CurrentItem();
     const Recipients recipients = MailItem(own.item).Recipients();
-    for (const std::string& text : to) {
-        const Mailbox mailbox = mailboxFrom(text);
-        recipients.call(Member::Add, {mailbox.name.empty() ? mailbox.address : mailbox.name + u" <" + mailbox.address + u">"});
-    }
+    for (const Mailbox& mailbox : to) recipients.call(Member::Add, {mailbox.name.empty() ? mailbox.address : mailbox.name + u" <" + mailbox.address + u">"});
     recipients.ResolveAll();
 }
 
-void openFromFile(Run& run, const std::string& file, OwnItem& own) {
-    mime::ReadOptions reading;
-    reading.accountName = run.account().name;
-    reading.accountAddress = run.account().address;
-    reading.now = run.now();
-    mailstore::ItemRecord record;
-    try {
-        record = mime::readMessage(readInput(file), reading);
-    } catch (const HostError& error) {
-        throw CommandEnd(ExitStatus::Fault, file + ": " + toUtf8(error.description()));
-    }
-    own.item = run.driver().import(std::move(record), apartment().gNameSpace.GetDefaultFolder(default_folder::Drafts));
+void openFromFile(Run& run, const std::string& file, const Bytes& message, OwnItem& own) {
+    own.item = run.driver().import(run.readMessage(file, message), apartment().gNameSpace.GetDefaultFolder(default_folder::Drafts));
     const MailItem item(own.item);
     own.inspector = run.driver().openItem(item.EntryID(), item.Parent().StoreID());
 }
@@ -87,8 +75,8 @@ void openFromFile(Run& run, const std::string& file, OwnItem& own) {
 /// How the open mail stands, for telling what an insertion did.
 struct MailText {
     std::u16string subject, body;
-    explicit MailText(const mailstore::ItemRecord& record) : subject(record.head.subject), body(record.body) {}
-    bool operator==(const MailText&) const = default;
+    std::size_t attachments = 0;
+    explicit MailText(const mailstore::ItemRecord& record) : subject(record.head.subject), body(record.body), attachments(record.attachments.size()) {}
 };
 
 Bytes messageOf(Run& run, const mailstore::ItemRecord& record) {
@@ -97,20 +85,34 @@ Bytes messageOf(Run& run, const mailstore::ItemRecord& record) {
     writing.fromAddress = run.account().address;
     writing.fromGiven = run.accountGiven();
     writing.date = run.now();
+    writing.richText = [](std::u16string_view rtf) { return html::rtfToText(rtf); };
     writing.newMessageId = [&run] { return run.newMessageId(); };
     return mime::writeMessage(record, writing);
 }
 
 /// What the insertion came to, by what it did to the mail.
-ExitStatus outcome(Run& run, const MailText& before, const MailText& after, bool refused) {
+ExitStatus outcome(const Run& run, const MailText& before, const MailText& after, EditorFieldName caret) {
     if (run.sawError()) return ExitStatus::Fault;
     if (after.body != before.body) return ExitStatus::Done;
+    // A template may hold nothing but attachments; with the caret elsewhere they come without its text.
+    if (caret == EditorFieldName::Body && after.attachments > before.attachments) return ExitStatus::Done;
     if (after.subject != before.subject) {
         tell("lorvane: the text went into the subject, where the caret stood");
         return ExitStatus::Done;
     }
-    if (!refused) tell("lorvane: nothing was inserted: the caret was not in the body, or there was no text");
+    if (!run.sawBox()) tell("lorvane: nothing was inserted: the caret was not in the body, or there was no text");
     return ExitStatus::Refused;
+}
+
+/// What cannot be written out is not lost: the mail stays in Drafts then.
+void writeOut(Run& run, const std::string& file, const mailstore::ItemRecord& record, OwnItem& own) {
+    try {
+        writeOutput(file, messageOf(run, record));
+    } catch (const CommandEnd&) {
+        own.keep();
+        tell("lorvane: the mail was left in Drafts");
+        throw;
+    }
 }
 
 }  // namespace
@@ -118,36 +120,46 @@ ExitStatus outcome(Run& run, const MailText& before, const MailText& after, bool
 ExitStatus runInsert(const RunOptions& runOptions, const InsertOptions& options) {
     const CaretPlace caret = caretPlaceFrom(options.caret);
     if (!options.into.empty() && !options.to.empty()) throw CommandEnd(ExitStatus::Usage, "--to is for a new mail; the mail of --into has its own recipients");
+    std::vector<Mailbox> to;
+    for (const std::string& text : options.to) to.push_back(mailboxFrom(text));
+    const Bytes message = options.into.empty() ? Bytes() : readInput(options.into);
+    requireWritable(options.out);
     Run run(runOptions);
     run.requireConnected();
 
     OwnItem own(run, options.keep);
     if (options.into.empty())
-        openNewMail(run, options.to, own);
+        openNewMail(run, to, own);
     else
-        openFromFile(run, options.into, own);
+        openFromFile(run, options.into, message, own);
     run.driver().focus(own.inspector, caret.field, caret.position);
     const MailText before(run.driver().record(own.item));
 
     run.forgetBoxes();
     auto& chooser = apartment().forms.use<respond::frmEmail>();
     std::optional<CommandEnd> mistake;
+    bool chooserListFailed = false;
     run.user().then([&](screen::ScriptedUser& user) {
         try {
-            user.Select(chooserWindow, u"lstEmails", lineOfTemplate(chooser, options.subject, options.id));
+            const std::int32_t line = lineOfTemplate(chooser, options.subject, options.id);
+            run.forgetBoxes();
+            user.Select(chooserWindow, u"lstEmails", line);
             user.Click(chooserWindow, options.withFormat ? u"cmdInsertWithFormat" : u"cmdInsert");
         } catch (const CommandEnd& end) {
             mistake = end;
+            chooserListFailed = chooser.lastListResult() == respond::ListResult::Failed;
             user.CloseWindow(chooserWindow);
         }
     });
     chooser.Show(true);
+    // The list may lack the template only because it broke off.
+    if (mistake && (chooserListFailed || run.sawError())) return ExitStatus::Fault;
     if (mistake) throw *mistake;
     if (!run.user().failures().empty()) throw run.user().failures().front();
 
     const mailstore::ItemRecord record = run.driver().record(own.item);
-    const ExitStatus status = outcome(run, before, MailText(record), run.sawBox());
-    if (status == ExitStatus::Done) writeOutput(options.out, messageOf(run, record));
+    const ExitStatus status = outcome(run, before, MailText(record), caret.field);
+    if (status == ExitStatus::Done) writeOut(run, options.out, record, own);
     return status;
 }
 

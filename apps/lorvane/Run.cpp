@@ -1,8 +1,9 @@
 #include "Run.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
-#include <fstream>
+#include <cstring>
 #include <random>
 #include <sstream>
 
@@ -11,8 +12,11 @@
 #include "host/Guards.h"
 #include "host/Locale.h"
 #include "host/TextFunctions.h"
+#include "mime/MimeReader.h"
 #include "recordset/Collation.h"
 #include "recordset/Recordset.h"
+#include "recordset/Stream.h"
+#include "services/RegionNames.h"
 
 namespace lorvane::cli {
 
@@ -53,6 +57,24 @@ std::optional<DateTime> fixedMoment(const std::string& now) {
     } catch (const HostError&) {
         throw CommandEnd(ExitStatus::Usage, "--now is a moment like 2028-01-10T09:00, not " + now);
     }
+}
+
+/// A locale that was asked for must be known; that of the environment may give way.
+std::u16string localeFrom(const std::string& asked) {
+    if (asked.empty()) return fromUtf8(environmentLocale());
+    const std::u16string name = fromUtf8(asked);
+    if (!services::regionName(name)) throw CommandEnd(ExitStatus::Usage, "--locale is a name like en-US, en-GB or de-DE, not " + asked);
+    return name;
+}
+
+/// Open from the start, so that nothing is done where it cannot be written; closed where no log is wanted.
+std::ofstream openLog(const std::string& file) {
+    std::ofstream log;
+    if (file.empty()) return log;
+    if (file == "-") throw CommandEnd(ExitStatus::Usage, "--log needs a file: standard output is for the result");
+    log.open(file, std::ios::trunc);
+    if (!log) throw CommandEnd(ExitStatus::Fault, "cannot write " + file + ": " + std::strerror(errno));
+    return log;
 }
 
 std::filesystem::path folderOrUnderHome(const char* variable, const char* underHome) {
@@ -99,13 +121,15 @@ Mailbox mailboxFrom(const std::string& text) {
 }
 
 Run::Run(const RunOptions& options)
-    : clockStands_(!options.now.empty()),
+    : moment_(fixedMoment(options.now)),
+      version_(versionText(options.hostVersion)),
+      localeName_(localeFrom(options.locale)),
       account_(options.from.empty() ? Mailbox{u"Lorvane User", u"user@localhost"} : mailboxFrom(options.from)),
       accountGiven_(!options.from.empty()),
+      log_(openLog(options.log)),
       files_(options),
       windows_(desktop_),
-      user_(windows_),
-      logFile_(options.log) {
+      user_(windows_) {
     if (account_.name.empty()) account_.name = account_.address;
     user_.onBox([](const screen::ScriptedUser::BoxRecord& box) { tell(box.title + u": " + box.text); });
     if (options.answerYes) user_.answerWith([](const screen::BoxShown&) { return std::optional(msgbox::Yes); });
@@ -113,12 +137,16 @@ Run::Run(const RunOptions& options)
     services::ServiceOptions serviceOptions;
     serviceOptions.places = {files_.documents, files_.applicationData, {}};
     serviceOptions.settings = files_.settings;
-    if (const auto moment = fixedMoment(options.now)) serviceOptions.now = [moment] { return *moment; };
-    serviceOptions.localeName = fromUtf8(options.locale.empty() ? environmentLocale() : options.locale);
+    if (moment_) serviceOptions.now = [moment = *moment_] { return moment; };
+    serviceOptions.localeName = localeName_;
+    serviceOptions.shell = [](const services::ShellRequest& request) {
+        tell(u"lorvane: to be opened by yourself: " + request.file);
+        return services::Shell::done;
+    };
     services_ = std::make_unique<services::Services>(std::move(serviceOptions));
 
     model::HostOptions hostOptions(desktop_);
-    hostOptions.version = versionText(options.hostVersion);
+    hostOptions.version = version_;
     hostOptions.editor = editorKind(options.editor);
     hostOptions.accountName = account_.name;
     hostOptions.accountAddress = account_.address;
@@ -130,19 +158,19 @@ Run::Run(const RunOptions& options)
     hostOptions.clipboard = services_->clipboard;
     hostOptions.region = services_->region;
     hostOptions.shell = services_->shell;
-    hostOptions.clipboardContent = [this] {
-        return model::PasteContent{services_->clipboardContent().text(), services_->clipboardContent().html()};
-    };
+    hostOptions.clipboardContent = [this] { return model::PasteContent{services_->clipboardContent().text(), services_->clipboardContent().html()}; };
     const auto collation = std::make_shared<const recordset::Collation>(Region(services_->region).LocaleName());
     hostOptions.makeRecordset = [collation] { return recordset::makeRecordset(collation); };
+    hostOptions.makeStream = recordset::makeStream;
     hostOptions.defaultStore = files_.mailStore;
     host_ = std::make_unique<model::ModelHost>(std::move(hostOptions));
     driver_ = std::make_unique<model::Driver>(*host_);
 
     Object machine = host_->machine();
     Object application = host_->application();
-    if (!logFile_.empty()) {
+    if (log_.is_open()) {
         recorder_ = std::make_unique<instruments::Recorder>();
+        user_.onAct([this](std::u16string_view act) { recorder_->note(act); });
         machine = recorder_->decorate(machine);
         application = recorder_->decorate(application);
     }
@@ -156,23 +184,26 @@ Run::Run(const RunOptions& options)
 Run::~Run() {
     ignoringErrors([&] { implementation<Connect>(connect_)->AddinInstance_OnDisconnection(0); });
     if (!recorder_) return;
-    std::ofstream log(logFile_);
-    log << recorder_->text();
-    if (!log) tell("lorvane: cannot write " + logFile_);
+    log_ << recorder_->text() << std::flush;
+    if (!log_) tell("lorvane: the log could not be written whole");
 }
 
-bool Run::isPassive() const { return !host::apartment().gOutlook; }
+bool Run::isPassive() const {
+    return !host::apartment().gOutlook;
+}
 
 void Run::requireConnected() const {
     if (isPassive()) throw CommandEnd(ExitStatus::Refused, "the add-in does not work with this version of the host");
 }
 
-DateTime Run::now() const { return Clock(services_->clock).Now(); }
+DateTime Run::now() const {
+    return Clock(services_->clock).Now();
+}
 
 std::string Run::newMessageId() {
     std::ostringstream id;
     id << '<';
-    if (clockStands_) {
+    if (moment_) {
         id << toUtf8(Replace(isoText(now()), u":", u"")) << '.' << ++messageIds_;
     } else {
         std::random_device random;
@@ -183,14 +214,38 @@ std::string Run::newMessageId() {
     return id.str();
 }
 
-bool Run::sawError() const {
-    const auto& boxes = user_.Boxes();
-    return std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(firstBox_), boxes.end(),
-                       [](const auto& box) { return box.style == msgbox::Critical && box.text.starts_with(u"Error "); });
+mailstore::ItemRecord Run::readMessage(const std::string& file, const Bytes& bytes) const {
+    mime::ReadOptions reading;
+    reading.accountName = account_.name;
+    reading.accountAddress = account_.address;
+    reading.now = now();
+    try {
+        return mime::readMessage(bytes, reading);
+    } catch (const HostError& error) {
+        throw CommandEnd(ExitStatus::Fault, file + ": " + toUtf8(error.description()));
+    }
 }
 
-bool Run::sawBox() const { return user_.Boxes().size() > firstBox_; }
+bool Run::sawError() const {
+    const auto& boxes = user_.Boxes();
+    return std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(firstBox_), boxes.end(), [](const auto& box) {
+        const bool aside = box.title.starts_with(u"modTemplateLog.") || box.title.starts_with(u"basAttachments.RemoveAttachmentsFromTemp");
+        return box.style == msgbox::Critical && box.text.starts_with(u"Error ") && !aside;
+    });
+}
 
-void Run::forgetBoxes() { firstBox_ = user_.Boxes().size(); }
+bool Run::sawRefusal() const {
+    const auto& boxes = user_.Boxes();
+    return std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(firstBox_), boxes.end(),
+                       [](const auto& box) { return box.title.starts_with(u"No Permission"); });
+}
+
+bool Run::sawBox() const {
+    return user_.Boxes().size() > firstBox_;
+}
+
+void Run::forgetBoxes() {
+    firstBox_ = user_.Boxes().size();
+}
 
 }  // namespace lorvane::cli

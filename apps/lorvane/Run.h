@@ -1,13 +1,16 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "RunOptions.h"
 #include "host/Apartment.h"
 #include "host/Connect.h"
 #include "instruments/Recorder.h"
+#include "mailstore/ItemRecord.h"
 #include "mailstore/SqliteStore.h"
 #include "model/Driver.h"
 #include "model/ModelHost.h"
@@ -51,20 +54,27 @@ public:
     bool accountGiven() const noexcept { return accountGiven_; }
     const StoreFiles& files() const noexcept { return files_; }
     host::DateTime now() const;
+    /// What the bytes of a message file are as an item; ends the command with a line that names the file where they are no message.
+    mailstore::ItemRecord readMessage(const std::string& file, const host::Bytes& bytes) const;
     /// Counts up from run to run of the same command line where the clock stands, so that output stays the same; else unique.
     std::string newMessageId();
-    /// True where a standard error box was shown since the last call of `forgetBoxes`.
+    /// True where the standard error box of a command's own steps was shown since the last call of `forgetBoxes`; the usage log and the clean-up of temporary
+    /// files are none of them.
     bool sawError() const;
-    bool sawBox() const;  ///< any message box since then
+    bool sawRefusal() const;  ///< a message of the add-in that access was denied
+    bool sawBox() const;      ///< any message box since then
     void forgetBoxes();
 
 private:
-    bool clockStands_ = false;
-    std::uint32_t messageIds_ = 0;
-    std::size_t firstBox_ = 0;
+    // What may be wrong in the options comes before the files are touched.
+    std::optional<host::DateTime> moment_;
+    std::u16string version_, localeName_;
     Mailbox account_;
     bool accountGiven_ = false;
+    std::ofstream log_;
     StoreFiles files_;
+    std::uint32_t messageIds_ = 0;
+    std::size_t firstBox_ = 0;
     screen::Desktop desktop_;
     screen::WindowList windows_;
     screen::ScriptedUser user_;
@@ -72,7 +82,6 @@ private:
     std::unique_ptr<model::ModelHost> host_;
     std::unique_ptr<model::Driver> driver_;
     std::unique_ptr<instruments::Recorder> recorder_;
-    std::string logFile_;
     std::unique_ptr<host::ApartmentScope> apartment_;
     host::Object connect_;
 };

@@ -23,11 +23,61 @@ constexpr std::string_view standardStream = "-";
     throw CommandEnd(ExitStatus::Fault, std::string(what) + " " + file + ": " + std::strerror(error));
 }
 
-host::Bytes allOf(std::istream& stream) { return host::Bytes(std::istreambuf_iterator<char>(stream), {}); }
+host::Bytes allOf(std::istream& stream) {
+    return host::Bytes(std::istreambuf_iterator<char>(stream), {});
+}
 
-void writeAll(std::ostream& stream, const host::Bytes& bytes) {
-    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+void writeAll(std::ostream& stream, std::string_view bytes) {
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     stream.flush();
+}
+
+void writeStandardOutput(std::string_view bytes) {
+    errno = 0;
+    writeAll(std::cout, bytes);
+    if (!std::cout) failOn("cannot write", "standard output", errno ? errno : EIO);
+}
+
+bool isStandardOutput(const std::string& file) {
+    return file.empty() || file == standardStream;
+}
+
+/// Where the file of this name really lies: behind the links, also one that leads to nothing yet.
+std::filesystem::path targetOf(const std::string& file) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::weakly_canonical(std::filesystem::absolute(file), error);
+    return error ? std::filesystem::path(file) : target;
+}
+
+/// A device or a pipe is written to as it is; moving a file there would replace it.
+bool isPlainFile(const std::filesystem::path& target) {
+    std::error_code ignored;
+    return !std::filesystem::exists(target, ignored) || std::filesystem::is_regular_file(target, ignored);
+}
+
+/// Where a file is made until it is whole.
+std::filesystem::path placeBeside(std::filesystem::path target) {
+    target += ".part-" + std::to_string(::getpid());
+    return target;
+}
+
+bool isControl(char16_t unit) {
+    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
+}
+
+/// What is shown of a text: `onOneLine`, or with its line ends.
+std::u16string shown(std::u16string_view text, bool withLineEnds) {
+    std::u16string result;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char16_t unit = text[at];
+        if (unit == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n') continue;
+        const bool lineEnd = unit == u'\r' || unit == u'\n';
+        if (lineEnd)
+            result += withLineEnds ? u'\n' : u' ';
+        else
+            result += unit == u'\t' ? u' ' : isControl(unit) ? u'\uFFFD' : unit;
+    }
+    return result;
 }
 
 }  // namespace
@@ -45,46 +95,72 @@ host::Bytes readInput(const std::string& file) {
 
 std::u16string readTextInput(const std::string& file) {
     const host::Bytes bytes = readInput(file);
-    std::u16string text = host::fromUtf8({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    const std::string_view utf8(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    std::u16string text = host::fromUtf8(utf8);
+    if (host::toUtf8(text) != utf8) throw CommandEnd(ExitStatus::Fault, "cannot read " + file + ": it is not text in UTF-8");
     if (!text.empty() && text.front() == u'\uFEFF') text.erase(0, 1);
     return host::Replace(host::Replace(text, u"\r\n", u"\n"), u"\n", u"\r\n");
 }
 
-void writeOutput(const std::string& file, const host::Bytes& bytes) {
-    if (file.empty() || file == standardStream) {
-        writeAll(std::cout, bytes);
-        if (!std::cout) failOn("cannot write", "standard output", errno ? errno : EIO);
+void requireWritable(const std::string& file) {
+    if (isStandardOutput(file)) return;
+    const std::filesystem::path target = targetOf(file);
+    std::error_code ignored;
+    if (std::filesystem::is_directory(target, ignored)) failOn("cannot write", file, EISDIR);
+    if (!isPlainFile(target)) {
+        if (::access(target.c_str(), W_OK) != 0) failOn("cannot write", file, errno);
         return;
     }
-    // A device or a pipe is written to as it is; moving a file there would replace it.
-    const bool plainFile = !std::filesystem::exists(file) || std::filesystem::is_regular_file(file);
-    const std::string place = plainFile ? file + ".part-" + std::to_string(::getpid()) : file;
+    // Trying tells more than rights do: a file system may be read-only, or full of rules of its own.
+    const std::filesystem::path place = placeBeside(target);
+    errno = 0;
+    if (!std::ofstream(place)) failOn("cannot write", file, errno ? errno : EIO);
+    std::filesystem::remove(place, ignored);
+}
+
+void writeOutput(const std::string& file, const host::Bytes& bytes) {
+    const std::string_view content(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (isStandardOutput(file)) return writeStandardOutput(content);
+    const std::filesystem::path target = targetOf(file);
+    const bool plainFile = isPlainFile(target);
+    const std::filesystem::path place = plainFile ? placeBeside(target) : target;
+    std::error_code ignored;
     {
         errno = 0;
         std::ofstream stream(place, std::ios::binary | std::ios::trunc);
         if (!stream) failOn("cannot write", file, errno ? errno : EIO);
-        writeAll(stream, bytes);
+        writeAll(stream, content);
         if (!stream) {
             const int error = errno ? errno : EIO;
-            std::error_code ignored;
             if (plainFile) std::filesystem::remove(place, ignored);
             failOn("cannot write", file, error);
         }
     }
     if (!plainFile) return;
+    if (const auto before = std::filesystem::status(target, ignored); std::filesystem::exists(before))
+        std::filesystem::permissions(place, before.permissions(), ignored);
     std::error_code moved;
-    std::filesystem::rename(place, file, moved);
+    std::filesystem::rename(place, target, moved);
     if (moved) {
-        std::error_code ignored;
         std::filesystem::remove(place, ignored);
         failOn("cannot write", file, moved.value());
     }
 }
 
-void printLine(std::u16string_view text) { std::cout << host::toUtf8(text) << '\n'; }
+void print(std::u16string_view text) {
+    if (!text.empty()) writeStandardOutput(host::toUtf8(text));
+}
 
-void tell(std::u16string_view text) { std::cerr << host::toUtf8(text) << '\n'; }
+std::u16string onOneLine(std::u16string_view text) {
+    return shown(text, false);
+}
 
-void tell(std::string_view text) { std::cerr << text << '\n'; }
+void tell(std::u16string_view text) {
+    std::cerr << host::toUtf8(shown(text, true)) << '\n';
+}
+
+void tell(std::string_view text) {
+    tell(host::fromUtf8(text));
+}
 
 }  // namespace lorvane::cli

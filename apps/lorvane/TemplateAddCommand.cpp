@@ -1,4 +1,7 @@
+#include <unistd.h>
+
 #include <filesystem>
+#include <system_error>
 
 #include "Commands.h"
 #include "Run.h"
@@ -7,7 +10,6 @@
 #include "host/Outlook.h"
 #include "host/Redemption.h"
 #include "host/TextFunctions.h"
-#include "mime/MimeReader.h"
 
 namespace lorvane::cli {
 
@@ -26,24 +28,21 @@ std::u16string surfacePath(const std::string& file) {
     return Replace(fromUtf8(absolute), u"/", u"\\");
 }
 
+void requireReadable(const std::string& file) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(file, ignored) || ::access(file.c_str(), R_OK) != 0)
+        throw CommandEnd(ExitStatus::Fault, "cannot read " + file + " to attach it");
+}
+
 void attach(const MailItem& item, const std::string& file) {
-    if (!std::filesystem::is_regular_file(file)) throw CommandEnd(ExitStatus::Fault, "cannot read " + file);
     const std::u16string name = fromUtf8(std::filesystem::path(file).filename().string());
     item.Attachments().Add(surfacePath(file), 1, item.Attachments().Count() + 1, name);
 }
 
 /// A new mail of the host, or one from a message file; not saved yet in the first case.
-MailItem newItem(Run& run, const TemplateAddOptions& options) {
+MailItem newItem(Run& run, const TemplateAddOptions& options, const Bytes& message) {
     if (options.eml.empty()) return apartment().gOutlook.CreateItem(olMailItem);
-    mime::ReadOptions reading;
-    reading.accountName = run.account().name;
-    reading.accountAddress = run.account().address;
-    mailstore::ItemRecord record;
-    try {
-        record = mime::readMessage(readInput(options.eml), reading);
-    } catch (const HostError& error) {
-        throw CommandEnd(ExitStatus::Fault, options.eml + ": " + toUtf8(error.description()));
-    }
+    mailstore::ItemRecord record = run.readMessage(options.eml, message);
     if (options.subjectGiven) record.head.subject = fromUtf8(options.subject);
     requireShortSubject(record.head.subject);
     return MailItem(run.driver().import(std::move(record), apartment().gNameSpace.GetDefaultFolder(default_folder::Drafts)));
@@ -76,13 +75,15 @@ ExitStatus runTemplateAdd(const RunOptions& runOptions, const TemplateAddOptions
     requireShortSubject(fromUtf8(options.subject));
     const std::u16string text = options.text.empty() ? std::u16string() : readTextInput(options.text);
     const std::u16string html = options.html.empty() ? std::u16string() : readTextInput(options.html);
+    const Bytes message = options.eml.empty() ? Bytes() : readInput(options.eml);
+    for (const std::string& file : options.attach) requireReadable(file);
 
     Run run(runOptions);
     run.requireConnected();
     const MAPIFolder folder = apartment().TemplatesFolder;
     if (!folder) throw CommandEnd(ExitStatus::Refused, "there is no templates folder: the host has no window (--no-explorer)");
 
-    UnfinishedItem item(run, newItem(run, options));
+    UnfinishedItem item(run, newItem(run, options, message));
     const SafeMailItem safe = makeSafeMailItem(item.get());
     if (options.subjectGiven) safe.Subject(fromUtf8(options.subject));
     if (!options.categories.empty()) safe.Categories(fromUtf8(options.categories));

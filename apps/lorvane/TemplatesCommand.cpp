@@ -14,7 +14,9 @@ namespace {
 
 constexpr std::int64_t searchDelay = 1000;  // the chooser searches this long after the last key
 
-std::u16string_view optionOfScope(const std::string& scope) { return scope == "all" ? u"optAll" : scope == "shared" ? u"optShared" : u"optPrivate"; }
+std::u16string_view optionOfScope(const std::string& scope) {
+    return scope == "all" ? u"optAll" : scope == "shared" ? u"optShared" : u"optPrivate";
+}
 
 void chooseScope(screen::ScriptedUser& user, respond::frmEmail& chooser, const std::string& scope) {
     if (scope.empty()) return;
@@ -52,13 +54,14 @@ nlohmann::json rowOf(respond::frmEmail& chooser, std::int32_t line) {
             {"storeID", toUtf8(identity.storeId)}};
 }
 
-/// Reads the list off before the window goes.
-void collect(respond::frmEmail& chooser, bool asJson, std::vector<std::u16string>& lines, nlohmann::json& rows) {
+/// Reads the list off before the window goes. Where nothing is found the chooser covers the list, which keeps its lines.
+void collect(respond::frmEmail& chooser, bool asJson, std::u16string& lines, nlohmann::json& rows) {
+    if (!chooser.lstEmails.Visible) return;
     for (std::int32_t line = 0; line < chooser.lstEmails.ListCount(); ++line) {
         if (asJson)
             rows.push_back(rowOf(chooser, line));
         else
-            lines.emplace_back(RTrim(Left(chooser.lstEmails.List(line), 600)));
+            lines += onOneLine(subjectOfLine(chooser, line)) + u"\n";
     }
 }
 
@@ -67,12 +70,11 @@ void collect(respond::frmEmail& chooser, bool asJson, std::vector<std::u16string
 ExitStatus runTemplates(const RunOptions& runOptions, const TemplatesOptions& options) {
     Run run(runOptions);
     run.requireConnected();
-    run.forgetBoxes();
-
-    std::vector<std::u16string> lines;
+    std::u16string lines;
     nlohmann::json rows = nlohmann::json::array();
     bool brokeOff = false;
     std::optional<CommandEnd> mistake;
+    run.forgetBoxes();
     auto& chooser = apartment().forms.use<respond::frmEmail>();
     chooser.DisableInsert = true;
     run.user().then([&](screen::ScriptedUser& user) {
@@ -80,7 +82,7 @@ ExitStatus runTemplates(const RunOptions& runOptions, const TemplatesOptions& op
             chooseScope(user, chooser, options.scope);
             if (chooseCategory(user, chooser, options.category)) {
                 search(user, options.search);
-                brokeOff = chooser.lastListResult() == respond::ListResult::Failed;
+                brokeOff = chooser.lastListResult() == respond::ListResult::Failed || run.sawError();
                 if (!brokeOff) collect(chooser, options.json, lines, rows);
             }
         } catch (const CommandEnd& end) {
@@ -93,8 +95,8 @@ ExitStatus runTemplates(const RunOptions& runOptions, const TemplatesOptions& op
     if (!run.user().failures().empty()) throw run.user().failures().front();
     if (brokeOff || run.sawError()) return ExitStatus::Fault;
 
-    for (const std::u16string& line : lines) printLine(line);
-    if (options.json) printLine(fromUtf8(rows.dump(2)));
+    if (lines.empty() && rows.empty() && run.sawRefusal()) return ExitStatus::Refused;
+    print(options.json ? fromUtf8(rows.dump(2)) + u"\n" : lines);
     return ExitStatus::Done;
 }
 

@@ -1,10 +1,12 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <exception>
 #include <functional>
-#include <iostream>
 
 #include "Commands.h"
+#include "Streams.h"
 #include "host/HostError.h"
+#include "host/TextFunctions.h"
 
 namespace {
 
@@ -13,29 +15,40 @@ using namespace lorvane::cli;
 
 using Command = std::function<ExitStatus()>;
 
+/// One value each time the option is given; without this the parser would also take the words behind it, and brackets for a list.
+void manyTimes(CLI::Option* option) {
+    option->expected(1)->take_all()->allow_extra_args(false);
+}
+
+/// An empty word, as an unset variable of a script leaves it, is not taken for an option that was left out.
+std::string emptyWord(const std::string& word) {
+    return word.empty() ? "it is empty" : "";
+}
+
 void addRunOptions(CLI::App& app, RunOptions& run) {
-    app.add_option("--store", run.store, "Folder of the store (default: lorvane in the user's data folder)")->type_name("DIR");
+    app.add_option("--store", run.store, "Folder of the store (default: lorvane in the user's data folder)")->type_name("DIR")->check(emptyWord);
     app.add_option("--host-version", run.hostVersion, "Version of the mail host: 9, 10, 11, or dotted as 10.0.0.6515")->type_name("V");
     app.add_option("--editor", run.editor, "Editor of new mails")->check(CLI::IsMember({"plain", "html", "rich"}));
-    app.add_option("--now", run.now, "Moment at which date and time stand, as 2028-01-10T09:00")->type_name("ISO-TIME");
-    app.add_option("--locale", run.locale, "How dates are written, as en-US, en-GB, de-DE")->type_name("NAME");
-    app.add_option("--from", run.from, "The account's name and address")->type_name("\"NAME <ADDRESS>\"");
+    app.add_option("--now", run.now, "Moment at which date and time stand, as 2028-01-10T09:00")->type_name("ISO-TIME")->check(emptyWord);
+    app.add_option("--locale", run.locale, "How dates are written, as en-US, en-GB, de-DE")->type_name("NAME")->check(emptyWord);
+    app.add_option("--from", run.from, "The account's name and address")->type_name("\"NAME <ADDRESS>\"")->check(emptyWord);
     app.add_flag("--no-explorer", run.noExplorer, "Start the host without a window");
-    app.add_option_function<std::string>("--answer", [&run](const std::string& answer) { run.answerYes = answer == "yes"; }, "Answer questions so (default: no)")
+    app.add_option_function<std::string>(
+           "--answer", [&run](const std::string& answer) { run.answerYes = answer == "yes"; }, "Answer questions so (default: no)")
         ->check(CLI::IsMember({"yes", "no"}));
-    app.add_option("--log", run.log, "Write the log of host calls into this file")->type_name("FILE");
+    app.add_option("--log", run.log, "Write the log of host calls into this file")->type_name("FILE")->check(emptyWord);
 }
 
 void addInsert(CLI::App& app, const RunOptions& run, Command& command) {
     auto* sub = app.add_subcommand("insert", "Insert a template into a new or given mail, at the caret");
     auto options = std::make_shared<InsertOptions>();
     sub->add_option("--template", options->subject, "Subject of the template, exactly")->required()->type_name("SUBJECT");
-    sub->add_option("--id", options->id, "Its EntryID, where several have the subject")->type_name("ENTRYID");
+    sub->add_option("--id", options->id, "Its EntryID, where several have the subject")->type_name("ENTRYID")->check(emptyWord);
     sub->add_flag("--with-format", options->withFormat, "With formatting, instead of text only");
-    sub->add_option("--to", options->to, "Recipient of the new mail; may be repeated")->type_name("\"NAME <ADDRESS>\"")->expected(1)->take_all();
-    sub->add_option("--into", options->into, "Insert into this message (a draft: X-Unsent: 1); - is standard input")->type_name("FILE.eml");
+    manyTimes(sub->add_option("--to", options->to, "Recipient of the new mail; may be repeated")->type_name("\"NAME <ADDRESS>\""));
+    sub->add_option("--into", options->into, "Insert into this message (a draft: X-Unsent: 1); - is standard input")->type_name("FILE.eml")->check(emptyWord);
     sub->add_option("--caret", options->caret, "Where the caret stands: body, body:N (-1 is the end), or subject")->type_name("PLACE");
-    sub->add_option("--out", options->out, "Write the message here instead of to standard output")->type_name("FILE");
+    sub->add_option("--out", options->out, "Write the message here instead of to standard output")->type_name("FILE")->check(emptyWord);
     sub->add_flag("--keep", options->keep, "Leave the mail in the store's Drafts");
     sub->footer("Example: lorvane insert --template \"Quote (Sample)\" --to \"John Public <john@example.com>\"");
     sub->callback([&run, &command, options] { command = [&run, options] { return runInsert(run, *options); }; });
@@ -60,11 +73,11 @@ void addTemplate(CLI::App& app, const RunOptions& run, Command& command) {
     auto* subject = sub->add_option("--subject", options->subject, "Its subject")->type_name("SUBJECT");
     sub->add_option("--category", options->categories, "Its categories, separated by commas")->type_name("\"A, B\"");
     auto* source = sub->add_option_group("source", "What it holds (one of them)");
-    source->add_option("--text", options->text, "Plain text, UTF-8; - is standard input")->type_name("FILE");
-    source->add_option("--html", options->html, "HTML, UTF-8; - is standard input")->type_name("FILE");
-    source->add_option("--eml", options->eml, "A message with its attachments; - is standard input")->type_name("FILE");
+    source->add_option("--text", options->text, "Plain text, UTF-8; - is standard input")->type_name("FILE")->check(emptyWord);
+    source->add_option("--html", options->html, "HTML, UTF-8; - is standard input")->type_name("FILE")->check(emptyWord);
+    source->add_option("--eml", options->eml, "A message with its attachments; - is standard input")->type_name("FILE")->check(emptyWord);
     source->require_option(1);
-    sub->add_option("--attach", options->attach, "Attach this file; may be repeated")->type_name("FILE")->expected(1)->take_all();
+    manyTimes(sub->add_option("--attach", options->attach, "Attach this file; may be repeated")->type_name("FILE")->check(emptyWord));
     sub->footer("Example: lorvane template add --subject Thanks --category \"Sales, Support\" --text thanks.txt");
     sub->callback([&run, &command, options, subject] {
         options->subjectGiven = subject->count() > 0;
@@ -76,8 +89,10 @@ void addTemplate(CLI::App& app, const RunOptions& run, Command& command) {
 void addImport(CLI::App& app, const RunOptions& run, Command& command) {
     auto* sub = app.add_subcommand("import", "Take messages (.eml) over as templates");
     auto options = std::make_shared<ImportOptions>();
-    sub->add_option("--folder", options->folder, "Into this folder instead of the private templates folder, as \\Store\\Folder")->type_name("PATH");
-    sub->add_option("source", options->sources, "Message files, or folders of them")->required()->type_name("FILE|DIR");
+    sub->add_option("--folder", options->folder, "Into this folder instead of the private templates folder, as \\Store\\Folder")
+        ->type_name("PATH")
+        ->check(emptyWord);
+    sub->add_option("source", options->sources, "Message files, or folders of them; - is standard input")->required()->type_name("FILE|DIR");
     sub->footer("Example: lorvane import templates/ welcome.eml");
     sub->callback([&run, &command, options] { command = [&run, options] { return runImport(run, *options); }; });
 }
@@ -101,11 +116,15 @@ void addSettings(CLI::App& app, const RunOptions& run, Command& command) {
     list->callback([&run, &command, options] { command = [&run, options] { return runSettingsList(run, *options); }; });
 }
 
-int status(ExitStatus end) { return static_cast<int>(end); }
+int status(ExitStatus end) {
+    return static_cast<int>(end);
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A reader that goes away is a failed write, so that the command still ends in order.
+    std::signal(SIGPIPE, SIG_IGN);
     CLI::App app("Reusable e-mail texts: find a template and put it into a mail");
     app.name("lorvane");
     app.set_version_flag("--version", "lorvane " LORVANE_VERSION);
@@ -127,13 +146,13 @@ int main(int argc, char** argv) {
     try {
         return status(command());
     } catch (const CommandEnd& end) {
-        std::cerr << "lorvane: " << end.what() << '\n';
+        tell(std::string("lorvane: ") + end.what());
         return status(end.status());
     } catch (const host::HostError& error) {
-        std::cerr << "lorvane: " << error.what() << '\n';
+        tell(u"lorvane: " + error.description() + u" (error " + host::decimal(error.number()) + u")");
         return status(ExitStatus::Fault);
     } catch (const std::exception& error) {
-        std::cerr << "lorvane: " << error.what() << '\n';
+        tell(std::string("lorvane: ") + error.what());
         return status(ExitStatus::Fault);
     }
 }

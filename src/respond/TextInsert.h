@@ -14,8 +14,8 @@ std::u16string Insert(std::u16string_view body, std::u16string_view marker, std:
 /// Sends `count` backspaces to the foreground window, each with the wait flag.
 void removeSpecialString(std::int32_t count);
 
-/// Puts a template with its formatting into an open task or appointment: typed into Word where that edits it as plain text, else by a simulated paste. Nothing where
-/// either is Nothing.
+/// Puts a template with its formatting into an open task or appointment: typed into Word where that edits it as plain text, else by a simulated paste. Nothing
+/// where either is Nothing.
 void InsertMail_TaskAppnt(const host::MailItem& targetItem, const host::MailItem& templateItem);
 
 /// True for a mail that Word edits as plain text.

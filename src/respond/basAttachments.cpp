@@ -26,11 +26,17 @@ struct AttachedRecord {
 struct AttachmentMap {
     std::vector<AttachedRecord> records;
 };
-AttachmentMap& attachmentMap() { return apartment().state<AttachmentMap>(); }
+AttachmentMap& attachmentMap() {
+    return apartment().state<AttachmentMap>();
+}
 
-std::u16string fieldText(const Variant& field) { return field.isNull() ? std::u16string() : field.toText(); }
+std::u16string fieldText(const Variant& field) {
+    return field.isNull() ? std::u16string() : field.toText();
+}
 
-std::u16string localFolder() { return GetTempFolder() + u"Tolvenar\\Lorvane"; }
+std::u16string localFolder() {
+    return GetTempFolder() + u"Tolvenar\\Lorvane";
+}
 
 /// The names, each wrapped in commas, all joined.
 std::u16string wrappedNames(const Attachments& attachments) {
@@ -80,8 +86,8 @@ std::u16string referenceTo(std::u16string_view html, std::u16string_view wanted)
     return std::u16string(quote == 0 ? Mid(html, start) : Mid(html, start, quote - start));
 }
 
-/// Turns the HTML's reference to an embedded attachment into its file name, which becomes its content id. `rewritten` runs through the whole call: while nothing was
-/// replaced it is empty, and an attachment that the HTML does not mention then empties `html`.
+/// Turns the HTML's reference to an embedded attachment into its file name, which becomes its content id. `rewritten` runs through the whole call: while
+/// nothing was replaced it is empty, and an attachment that the HTML does not mention then empties `html`.
 void rewriteReference(const Attachment& attachment, std::u16string_view contentID, std::u16string& html, std::u16string& rewritten) {
     const std::size_t at = InStr(1, contentID, u"@");
     std::u16string old = referenceTo(html, at == 0 ? contentID : Left(contentID, at - 1));
@@ -166,7 +172,8 @@ void RemoveAttachmentsFromTemp(std::u16string_view folder) {
     });
 }
 
-std::u16string GetUniqueAttachmentName(std::u16string_view name, std::u16string_view, const SafeMailItem& templateSafe, const MailItem& target, std::u16string& html) {
+std::u16string GetUniqueAttachmentName(std::u16string_view name, std::u16string_view, const SafeMailItem& templateSafe, const MailItem& target,
+                                       std::u16string& html) {
     const std::u16string templateList = wrappedNames(templateSafe.Attachments());
     const std::u16string targetList = wrappedNames(target.Attachments());
     std::u16string candidate(name);
@@ -180,7 +187,9 @@ std::u16string GetUniqueAttachmentName(std::u16string_view name, std::u16string_
     return candidate;
 }
 
-std::u16string GetTempFolder() { return apartment().machine.files().GetTempPath(); }
+std::u16string GetTempFolder() {
+    return apartment().machine.files().GetTempPath();
+}
 
 bool CreateStorageFolders() {
     return holdsIgnoringErrors([&] {
@@ -192,7 +201,9 @@ bool CreateStorageFolders() {
     });
 }
 
-bool VerifyWindowsPathLlimit(std::u16string_view path) { return path.size() < 260; }
+bool VerifyWindowsPathLlimit(std::u16string_view path) {
+    return path.size() < 260;
+}
 
 std::u16string GetAttachmentName(std::u16string_view path) {
     const Files files = apartment().machine.files();
@@ -209,8 +220,12 @@ std::u16string MakeDuplicateFileName(std::u16string_view path, std::int32_t numb
     return std::u16string(Left(path, path.size() - extension.size())) + decimal(number) + extension;
 }
 
-std::u16string ReverseString(std::u16string_view text) { return StrReverse(text); }
+std::u16string ReverseString(std::u16string_view text) {
+    return StrReverse(text);
+}
 
-std::u16string RemoveSpecialCharFromFilename(std::u16string_view name) { return Replace(Replace(name, u"%20", u" "), u"#", u"_"); }
+std::u16string RemoveSpecialCharFromFilename(std::u16string_view name) {
+    return Replace(Replace(name, u"%20", u" "), u"#", u"_");
+}
 
 }  // namespace lorvane::respond

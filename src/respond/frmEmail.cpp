@@ -4,6 +4,7 @@
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
 #include "store/Categories.h"
+#include "store/CategoryFiles.h"
 #include "store/TemplateFolders.h"
 #include "store/frmProgress.h"
 
@@ -109,8 +110,8 @@ frmEmail::frmEmail()
     wireMaintenance();
 }
 
-/// Runs one step of the loading. A failing one ends the loading with its message, but for a host failure while no templates folder is set: then the next step runs, and
-/// the user comes to a window with an empty private list.
+/// Runs one step of the loading. A failing one ends the loading with its message, but for a host failure while no templates folder is set: then the next step
+/// runs, and the user comes to a window with an empty private list.
 bool frmEmail::loadingStep(const std::function<void()>& step) {
     try {
         step();
@@ -127,41 +128,64 @@ bool frmEmail::loadingStep(const std::function<void()>& step) {
 }
 
 void frmEmail::Form_Load() {
-    Apartment& here = apartment();
-    Scope byDefault = Scope::Private;
-    const bool loaded = loadingStep([&] {
-        templateTables().rsPrivateTemplates = {};
-        templateTables().rsSharedTemplates = {};
-        ensureOutlook();
-        here.gNameSpace = here.gOutlook.GetNamespace(u"MAPI");
-    }) && loadingStep([&] {
-        privateFolder_ = here.gNameSpace.GetFolderFromID(setting(u"LastFolderEntryid"), setting(u"LastFolderStoreid"));
-        mainFolder_ = privateFolder_;
-    }) && loadingStep([&] {
-        openFolders();
-        if (SharingEnabled()) byDefault = static_cast<Scope>(static_cast<std::int32_t>(Val(setting(u"LoadTemplateDefault"))));
-        VerifyFolders(privateFolder_, sharedFolder_);
-        scope_ = byDefault;
-        loadTables(byDefault, false);
-        (byDefault == Scope::All ? optAll : byDefault == Scope::Shared ? optShared : optPrivate).Value = true;
-        if (!SharingEnabled()) {
-            for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = false;
-        }
-        const TemplateTables& tables = templateTables();
-        LoadCategories(cmbCategories, tables.rsPrivateCategories, tables.rsSharedCategories, scope_);
-        showListOrEmpty(UpdateEmailList(), noneInFolder);
-    });
-    if (loaded) DispFldrMaintBtns();
+    FolderKeys keys;
+    const TemplateTables& tables = templateTables();
+    const std::initializer_list<std::function<void()>> steps = {
+        [&] { takeNameSpace(); },
+        [&] { keys = readFolderKeys(); },
+        [&] { mainFolder_ = privateFolder_ = apartment().gNameSpace.GetFolderFromID(keys.privateEntryId, keys.privateStoreId); },
+        [&] { openSharedFolder(keys); },
+        [&] { scope_ = scopeAtOpening(); },
+        [&] { VerifyFolders(privateFolder_, sharedFolder_); },
+        [&] { loadTables(scope_, false); },
+        [&] { writeCategoryFiles(); },
+        [&] { optionOf(scope_).Value = true; },
+        [&] { disableScopesWithoutSharing(); },
+        [&] { LoadCategories(cmbCategories, tables.rsPrivateCategories, tables.rsSharedCategories, scope_); },
+        [&] { showListOrEmpty(UpdateEmailList(), noneInFolder); },
+        [&] { DispFldrMaintBtns(); },
+    };
+    templateTables().rsPrivateTemplates = {};
+    templateTables().rsSharedTemplates = {};
+    for (const auto& step : steps)
+        if (!loadingStep(step)) return;
+}
+
+void frmEmail::takeNameSpace() {
+    ensureOutlook();
+    apartment().gNameSpace = apartment().gOutlook.GetNamespace(u"MAPI");
+}
+
+frmEmail::FolderKeys frmEmail::readFolderKeys() const {
+    FolderKeys keys;
+    keys.privateStoreId = setting(u"LastFolderStoreid");
+    keys.privateEntryId = setting(u"LastFolderEntryid");
+    keys.sharedEntryId = setting(u"SharedFolderEntryid");
+    keys.sharedStoreId = setting(u"SharedFolderStoreid");
+    return keys;
 }
 
 /// The shared folder, where sharing is on and names one that can be reached.
-void frmEmail::openFolders() {
+void frmEmail::openSharedFolder(const FolderKeys& keys) {
     sharedFolder_ = {};
-    if (!SharingEnabled()) return;
-    const std::u16string entryId = setting(u"SharedFolderEntryid");
-    const std::u16string storeId = setting(u"SharedFolderStoreid");
-    if (entryId.empty() || storeId.empty()) return;
-    ignoringErrors([&] { sharedFolder_ = apartment().gNameSpace.GetFolderFromID(entryId, storeId); });
+    if (!SharingEnabled() || keys.sharedEntryId.empty() || keys.sharedStoreId.empty()) return;
+    ignoringErrors([&] { sharedFolder_ = apartment().gNameSpace.GetFolderFromID(keys.sharedEntryId, keys.sharedStoreId); });
+}
+
+Scope frmEmail::scopeAtOpening() const {
+    if (!SharingEnabled()) return Scope::Private;
+    const double number = Val(setting(u"LoadTemplateDefault"));
+    return number == 1 ? Scope::Private : number == 2 ? Scope::Shared : Scope::All;
+}
+
+OptionButton& frmEmail::optionOf(Scope scope) {
+    return scope == Scope::All ? optAll : scope == Scope::Shared ? optShared : optPrivate;
+}
+
+void frmEmail::disableScopesWithoutSharing() {
+    if (SharingEnabled()) return;
+    optPrivate.Value = true;
+    for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = false;
 }
 
 /// Loads the tables of a scope through the progress window; with `missingOnly` only those that are not there yet.
@@ -191,14 +215,16 @@ void frmEmail::applyModes() {
     if (DisableInsert) applyCopyMode();
     if (NewMailUsingTempl) {
         Caption = u"New Email Using Template";
-        setShown({&cmdNew, &cmdEdit, &cmdDelete, &lblFldrMainBtns, &lblHide, &lblRightClick, &mcmdDelete, &cmdCopyToClipBoard, &cmdCopyHTMLToClipB, &cmdCopyToCB,
-                  &cmdCopyCBWithFormatting, &mnuSeparator},
+        setShown({&cmdNew, &cmdEdit, &cmdDelete, &lblFldrMainBtns, &lblHide, &lblRightClick, &mcmdDelete, &cmdCopyToClipBoard, &cmdCopyHTMLToClipB,
+                  &cmdCopyToCB, &cmdCopyCBWithFormatting, &mnuSeparator},
                  false);
         setShown({&mcmdInsert, &mcmdInsertWithFormat, &cmdInsert, &cmdInsertWithFormat}, true);
     }
     if (ReplyUsingTempl) {
         Caption = ReplyKind == 3 ? u"Forward Using Template" : ReplyKind == 2 ? u"Reply To All Using Template" : u"Reply Using Template";
-        setShown({&cmdNew, &cmdEdit, &cmdDelete, &lblFldrMainBtns, &lblHide, &lblRightClick, &mcmdDelete, &cmdCopyCBWithFormatting, &cmdCopyToCB, &mnuSeparator}, false);
+        setShown(
+            {&cmdNew, &cmdEdit, &cmdDelete, &lblFldrMainBtns, &lblHide, &lblRightClick, &mcmdDelete, &cmdCopyCBWithFormatting, &cmdCopyToCB, &mnuSeparator},
+            false);
     }
 }
 
@@ -225,10 +251,11 @@ void frmEmail::Form_Unload() {
 }
 
 void frmEmail::SaveLastUsedFolder() {
-    if (!privateFolder_) return;
-    saveSetting(u"LastFolderStoreid", privateFolder_.StoreID());
-    saveSetting(u"LastFolderEntryid", privateFolder_.EntryID());
-    saveSetting(u"LastFolderName", GetFolderPath(privateFolder_));
+    if (privateFolder_) {
+        saveSetting(u"LastFolderStoreid", privateFolder_.StoreID());
+        saveSetting(u"LastFolderEntryid", privateFolder_.EntryID());
+        saveSetting(u"LastFolderName", GetFolderPath(privateFolder_));
+    }
     saveSetting(u"LastSubFolderName", Trim(cmbSubFolder.Text.get()));
     apartment().TemplatesFolder = privateFolder_;
 }
@@ -241,8 +268,8 @@ void frmEmail::DispFldrMaintBtns() {
 }
 
 void frmEmail::ToggleControls(bool on) {
-    for (Control* control : std::initializer_list<Control*>{&cmdClear, &cmdClose, &cmdCopyHTMLToClipB, &cmdCopyToClipBoard, &cmdDelete, &cmdEdit, &cmdHelp, &cmdInsert,
-                                                            &cmdNew, &cmbCategories, &txtSearch})
+    for (Control* control : std::initializer_list<Control*>{&cmdClear, &cmdClose, &cmdCopyHTMLToClipB, &cmdCopyToClipBoard, &cmdDelete, &cmdEdit, &cmdHelp,
+                                                            &cmdInsert, &cmdNew, &cmbCategories, &txtSearch})
         control->Enabled = on;
 }
 
@@ -252,7 +279,8 @@ void frmEmail::EnableButtons() {
 }
 
 void frmEmail::DisableButtons() {
-    for (Control* control : std::initializer_list<Control*>{&cmdClear, &cmdClose, &cmdDelete, &cmdNew, &cmdHelp, &cmdInsert, &cmdEdit}) control->Enabled = false;
+    for (Control* control : std::initializer_list<Control*>{&cmdClear, &cmdClose, &cmdDelete, &cmdNew, &cmdHelp, &cmdInsert, &cmdEdit})
+        control->Enabled = false;
 }
 
 void frmEmail::showList() {
@@ -280,6 +308,8 @@ void frmEmail::ShowBlankState(bool loading, bool searching) {
     }
 }
 
-void frmEmail::cmdClose_Click() { unload(); }
+void frmEmail::cmdClose_Click() {
+    unload();
+}
 
 }  // namespace lorvane::respond

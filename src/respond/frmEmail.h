@@ -62,7 +62,8 @@ public:
     host::Label lblFldrMainBtns, lblHide, lblRightClick;
     host::Button cmdInsert, cmdInsertWithFormat, cmdCopyToClipBoard, cmdCopyHTMLToClipB, cmdClose, cmdHelp;
     host::Timer tmrCompleteType;
-    host::Menu mnuTemplateMaint, mcmdInsert, mcmdInsertWithFormat, mnuSeparator1, mcmdEdit, cmdCategorize, mcmdDelete, mnuSeparator, cmdCopyCBWithFormatting, cmdCopyToCB;
+    host::Menu mnuTemplateMaint, mcmdInsert, mcmdInsertWithFormat, mnuSeparator1, mcmdEdit, cmdCategorize, mcmdDelete, mnuSeparator, cmdCopyCBWithFormatting,
+        cmdCopyToCB;
 
     /// Merges the tables of the scope, filters them by category and search text and lists the subjects in order. Yields at each row.
     ListResult UpdateEmailList();
@@ -71,6 +72,8 @@ public:
     void ToggleControls(bool on);
     void EnableButtons();
     void DisableButtons();
+    void ShowTips();  ///< the banner at full height, from now on at each opening
+    void HideTips();
     /// Index of the combo's line that equals the text, case significant; 0 where there is none, or for "".
     std::int32_t InList(const host::ComboBox& combo, std::u16string_view text) const;
 
@@ -92,7 +95,15 @@ protected:
 
 private:
     // Opening.
-    void openFolders();
+    struct FolderKeys {
+        std::u16string privateStoreId, privateEntryId, sharedEntryId, sharedStoreId;
+    };
+    void takeNameSpace();
+    FolderKeys readFolderKeys() const;
+    void openSharedFolder(const FolderKeys& keys);
+    store::Scope scopeAtOpening() const;
+    host::OptionButton& optionOf(store::Scope scope);
+    void disableScopesWithoutSharing();
     void loadTables(store::Scope scope, bool missingOnly);
     bool loadingStep(const std::function<void()>& step);
     void applyModes();
@@ -137,8 +148,6 @@ private:
     // The window's own doings.
     void lblChangeFolder_Click();
     void FldrMaintBtnsClick();
-    void ShowTips();
-    void HideTips();
     void hover(host::Label* over);
     void wireMaintenance();
 
@@ -151,14 +160,15 @@ private:
     NextStep insertIntoTask(const host::MailItem& templateItem, const host::SafeMailItem& templateSafe, host::SafeMailItem& target);
     bool caretIsInWordBody();
     void spliceHtml(const host::MailItem& templateItem, host::MailItem& item, host::SafeMailItem& target, std::u16string& html);
-    void splicePlain(const host::MailItem& templateItem, const host::SafeMailItem& templateSafe, host::MailItem& item, host::SafeMailItem& target, std::u16string& html);
+    void splicePlain(const host::MailItem& templateItem, const host::SafeMailItem& templateSafe, host::MailItem& item, host::SafeMailItem& target,
+                     std::u16string& html);
 
     bool opening_ = true;
     bool stop_ = false;
     bool withFormat_ = false;
     store::Scope scope_ = store::Scope::All;
     std::uint32_t listRun_ = 0;
-    ListResult lastListResult_ = ListResult::Empty;
+    ListResult lastListResult_ = ListResult::Failed;  // until the loading has come so far
     host::MAPIFolder privateFolder_;
     host::MAPIFolder mainFolder_;
     host::MAPIFolder sharedFolder_;

@@ -12,8 +12,8 @@
 
 /// The two insert buttons: the chosen template goes into the open item, at the user's caret.
 ///
-/// The host neither tells nor sets the caret. So a marker is typed there with simulated keys, the item is saved and read back, and the marker gives way to the template.
-/// Plain text goes through the clipboard and a simulated paste.
+/// The host neither tells nor sets the caret. So a marker is typed there with simulated keys, the item is saved and read back, and the marker gives way to the
+/// template. Plain text goes through the clipboard and a simulated paste.
 namespace lorvane::respond {
 
 using namespace host;
@@ -24,7 +24,9 @@ namespace {
 constexpr std::u16string_view caretMarker = u"Asdw34r2wjkytui983jnd2m";
 constexpr std::int32_t caretMarkerLength = static_cast<std::int32_t>(caretMarker.size());
 
-void sendKeys(std::u16string_view keys) { apartment().machine.screen().SendKeys(keys, true); }
+void sendKeys(std::u16string_view keys) {
+    apartment().machine.screen().SendKeys(keys, true);
+}
 
 /// Gives the editor the time it needs to commit what was typed. A single wait, not a loop on a condition.
 void waitForEditor() {
@@ -32,7 +34,9 @@ void waitForEditor() {
     for (int pump = 0; pump <= 50; ++pump) screen.DoEvents();
 }
 
-Inspector activeInspector() { return apartment().gOutlook.ActiveInspector(); }
+Inspector activeInspector() {
+    return apartment().gOutlook.ActiveInspector();
+}
 
 /// The open item and its wrapper anew: saving through the wrapper and adding attachments leave the old objects stale.
 void takeAgain(MailItem& item, SafeMailItem& safe) {
@@ -47,7 +51,9 @@ void copyAttachmentsOf(const MailItem& templateItem, const MailItem& target, std
     RemoveAttachmentsFromTemp(CopyAttachments(templateItem, target, html));
 }
 
-bool holdsMarker(std::u16string_view body) { return InStr(1, body, caretMarker) != 0; }
+bool holdsMarker(std::u16string_view body) {
+    return InStr(1, body, caretMarker) != 0;
+}
 
 /// The marker went into a field of a post: takes it away and leaves the field.
 void leaveFieldOfPost() {
@@ -105,11 +111,16 @@ void frmEmail::insertChosenTemplate() {
 frmEmail::NextStep frmEmail::insertIntoActiveItem(const MailItem& templateItem, SafeMailItem& target) {
     const SafeMailItem templateSafe = makeSafeMailItem(templateItem);
     switch (activeInspector().CurrentItem().Class()) {
-        case item_class::Mail: return insertIntoMail(templateItem, templateSafe, target);
-        case item_class::Post: return insertIntoPost(templateItem, templateSafe, target);
+        case item_class::Mail:
+            return insertIntoMail(templateItem, templateSafe, target);
+        case item_class::Post:
+            return insertIntoPost(templateItem, templateSafe, target);
         case item_class::Task:
-        case item_class::Appointment: return insertIntoTask(templateItem, templateSafe, target);
-        default: MsgBox(u"You can only insert text into items that has mails.", msgbox::Information, apartment().title); return NextStep::Release;
+        case item_class::Appointment:
+            return insertIntoTask(templateItem, templateSafe, target);
+        default:
+            MsgBox(u"You can only insert text into items that has mails.", msgbox::Information, apartment().title);
+            return NextStep::Release;
     }
 }
 
@@ -139,7 +150,9 @@ frmEmail::NextStep frmEmail::insertIntoMail(const MailItem& templateItem, const 
                 spliceHtml(templateItem, item, target, html);
             }
             break;
-        case InsertionRoute::PlainSplice: splicePlain(templateItem, templateSafe, item, target, html); break;
+        case InsertionRoute::PlainSplice:
+            splicePlain(templateItem, templateSafe, item, target, html);
+            break;
         case InsertionRoute::ClipboardText: {
             sendKeys(u"^v");
             std::u16string noHtml;
@@ -226,7 +239,9 @@ frmEmail::NextStep frmEmail::insertIntoPost(const MailItem& templateItem, const 
                 leaveFieldOfPost();
             break;
         }
-        case InsertionRoute::ClipboardText: sendKeys(u"^v"); break;
+        case InsertionRoute::ClipboardText:
+            sendKeys(u"^v");
+            break;
     }
     return NextStep::SaveTarget;
 }
@@ -251,14 +266,14 @@ InsertionRoute frmEmail::CopyTextFromEmail(const SafeMailItem& templateSafe, std
     std::u16string plain = templateSafe.Body();
     if (targetItem) text::ReplaceTemplateTag(plain, targetItem, text::sourceRecipient, false);
 
-    const auto asHtml = [&](std::u16string source) {
-        html = text::CopyHTMLToClipBoard(source, targetItem, text::sourceRecipient, false);
-    };
+    const auto asHtml = [&](std::u16string source) { html = text::CopyHTMLToClipBoard(source, targetItem, text::sourceRecipient, false); };
     const bool belowTwelve = OutlookMajorVersion() < 12;
     const auto templateEditor = [&] { return templateSafe.GetInspector().EditorType(); };
 
     switch (format) {
-        case body_format::Plain: clipboard.SetText(plain); return InsertionRoute::ClipboardText;
+        case body_format::Plain:
+            clipboard.SetText(plain);
+            return InsertionRoute::ClipboardText;
         case body_format::Html: {
             if (templateSafe.HTMLBody().empty() || !withFormat_) {
                 clipboard.SetText(plain);
@@ -291,7 +306,8 @@ InsertionRoute frmEmail::CopyTextFromEmail(const SafeMailItem& templateSafe, std
             asHtml(templateSafe.HTMLBody());
             return InsertionRoute::PlainSplice;
         }
-        default: return InsertionRoute::ClipboardText;
+        default:
+            return InsertionRoute::ClipboardText;
     }
 }
 

@@ -69,7 +69,8 @@ ListResult frmEmail::fillList(std::uint32_t run) {
         ShowBlankState(true, false);
     } else {
         ShowBlankState(false, true);
-        rsCurrentList_ = category.empty() ? FilterEmailSubject(rsCurrentList_, u"strSubject", search) : FilterEmailSubjectAndCategory(rsCurrentList_, search, category);
+        rsCurrentList_ =
+            category.empty() ? FilterEmailSubject(rsCurrentList_, u"strSubject", search) : FilterEmailSubjectAndCategory(rsCurrentList_, search, category);
     }
     if (rsCurrentList_.RecordCount() == 0) return finish(ListResult::Empty);
     return finish(listRows(rsCurrentList_, run, widest));
@@ -89,7 +90,9 @@ ListResult frmEmail::listRows(const Recordset& rows, std::uint32_t run, double& 
         if (stop_) return ListResult::Stopped;
         const std::int32_t position = rows.AbsolutePosition();
         const std::u16string text = subject.text();
-        const MailItem item = nameSpace.GetItemFromID(entryId.text(), Trim(storeId.text()));
+        const std::u16string entry = entryId.text();
+        const std::u16string store = storeId.text();
+        const MailItem item = nameSpace.GetItemFromID(entry, Trim(store));
         if (item.Class() == item_class::Mail) {
             lstEmails.AddItem(MakeListEntry(text, position));
             widest = std::max(widest, screen.TextWidth(text) + subjectMargin);
@@ -127,29 +130,37 @@ void frmEmail::cmbCategories_Click() {
         ToggleControls(true);
         for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = true;
         if (lstEmails.ListCount() > 0) lstEmails.ListIndex = 0;
-        if (!SharingEnabled()) {
-            optPrivate.Value = true;
-            for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = false;
-        }
+        disableScopesWithoutSharing();
     });
 }
 
-void frmEmail::optAll_Click() { changeScope(Scope::All); }
-void frmEmail::optPrivate_Click() { changeScope(Scope::Private); }
-void frmEmail::optShared_Click() { changeScope(Scope::Shared); }
+void frmEmail::optAll_Click() {
+    changeScope(Scope::All);
+}
+void frmEmail::optPrivate_Click() {
+    changeScope(Scope::Private);
+}
+void frmEmail::optShared_Click() {
+    changeScope(Scope::Shared);
+}
 
 void frmEmail::changeScope(Scope scope) {
-    withErrorBox(scope == Scope::All ? u"frmEmail.optAll_Click" : scope == Scope::Private ? u"frmEmail.optPrivate_Click" : u"frmEmail.optShared_Click", [&] {
-        const std::u16string category = cmbCategories.Text;
-        scope_ = scope;
-        loadTables(scope, true);
-        const TemplateTables& tables = templateTables();
-        LoadCategories(cmbCategories, tables.rsPrivateCategories, tables.rsSharedCategories, scope);
-        if (!opening_) cmbCategories.ListIndex = InList(cmbCategories, category);
-    });
+    withErrorBox(scope == Scope::All       ? u"frmEmail.optAll_Click"
+                 : scope == Scope::Private ? u"frmEmail.optPrivate_Click"
+                                           : u"frmEmail.optShared_Click",
+                 [&] {
+                     const std::u16string category = cmbCategories.Text;
+                     scope_ = scope;
+                     loadTables(scope, true);
+                     const TemplateTables& tables = templateTables();
+                     LoadCategories(cmbCategories, tables.rsPrivateCategories, tables.rsSharedCategories, scope);
+                     if (!opening_) cmbCategories.ListIndex = InList(cmbCategories, category);
+                 });
 }
 
-void frmEmail::txtSearch_Change() { restartSearchTimer(); }
+void frmEmail::txtSearch_Change() {
+    withErrorBox(u"frmEmail.txtSearch_Change", [&] { restartSearchTimer(); });
+}
 
 void frmEmail::restartSearchTimer() {
     tmrCompleteType.Enabled = false;
@@ -157,26 +168,30 @@ void frmEmail::restartSearchTimer() {
     tmrCompleteType.Enabled = true;
 }
 
-void frmEmail::txtSearch_KeyDown() { stop_ = true; }
+void frmEmail::txtSearch_KeyDown() {
+    stop_ = true;
+}
 
 void frmEmail::tmrCompleteType_Timer() {
-    stop_ = false;
-    DisableButtons();
-    const ListResult result = UpdateEmailList();
-    if (result == ListResult::Superseded) return;
-    if (result == ListResult::Filled)
-        showList();
-    else if (!stop_)
-        showListOrEmpty(result, Trim(txtSearch.Text.get()).empty() ? noneInFolder : noneMatching);
-    if (stop_) {
-        restartSearchTimer();
+    withErrorBox(u"frmEmail.tmrCompleteType_Timer", [&] {
         stop_ = false;
-    } else {
-        tmrCompleteType.Enabled = false;
-    }
-    EnableButtons();
-    ignoringErrors([&] {
-        if (lstEmails.ListCount() > 0) lstEmails.ListIndex = 0;
+        DisableButtons();
+        const ListResult result = UpdateEmailList();
+        if (result == ListResult::Superseded) return;
+        if (result == ListResult::Filled)
+            showList();
+        else if (!stop_)
+            showListOrEmpty(result, Trim(txtSearch.Text.get()).empty() ? noneInFolder : noneMatching);
+        if (stop_) {
+            restartSearchTimer();
+            stop_ = false;
+        } else {
+            tmrCompleteType.Enabled = false;
+        }
+        EnableButtons();
+        ignoringErrors([&] {
+            if (lstEmails.ListCount() > 0) lstEmails.ListIndex = 0;
+        });
     });
 }
 
@@ -197,8 +212,10 @@ void frmEmail::lstEmails_Click() {
 }
 
 void frmEmail::cmdClear_Click() {
-    txtSearch.Text = u"";
-    ignoringErrors([&] { txtSearch.SetFocus(); });
+    withErrorBox(u"frmEmail.cmdClear_Click", [&] {
+        txtSearch.Text = u"";
+        ignoringErrors([&] { txtSearch.SetFocus(); });
+    });
 }
 
 }  // namespace lorvane::respond

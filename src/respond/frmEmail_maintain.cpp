@@ -14,8 +14,8 @@ using namespace store;
 namespace {
 
 constexpr std::int32_t rightButton = 2;
-constexpr std::int32_t tipsHeight = 1440;    // twips
-constexpr std::int32_t noTipsHeight = 480;   // twips
+constexpr std::int32_t tipsHeight = 1440;      // twips
+constexpr std::int32_t noTipsHeight = 480;     // twips
 constexpr std::int32_t linkColour = 16711680;  // blue
 constexpr std::int32_t hoverColour = 33023;    // orange
 
@@ -24,7 +24,9 @@ std::u16string createFirst(std::u16string_view what) {
 }
 
 /// What a double click does, by the user's choice; "NOT FOUND" and nothing stand for the text-only action.
-bool isTextOnly(std::u16string_view choice, std::u16string_view action) { return choice == u"NOT FOUND" || choice.empty() || choice == action; }
+bool isTextOnly(std::u16string_view choice, std::u16string_view action) {
+    return choice == u"NOT FOUND" || choice.empty() || choice == action;
+}
 
 }  // namespace
 
@@ -52,21 +54,24 @@ void frmEmail::wireMaintenance() {
 }
 
 void frmEmail::lstEmails_DblClick() {
-    if (DisableInsert) {
-        const std::u16string choice(Trim(setting(u"CopyDefaultFormat", u"NOT FOUND")));
-        if (isTextOnly(choice, u"Copy (text only)"))
-            cmdCopyToClipBoard_Click();
-        else if (choice == u"Edit template" && cmdEdit.Visible)
-            cmdEdit_Click();
-        else if (choice == u"Copy (with format)")
-            cmdCopyHTMLToClipB_Click();
-        return;
-    }
-    const std::u16string choice(Trim(setting(u"InsertDefaultFormat", u"NOT FOUND")));
-    if (isTextOnly(choice, u"Insert (text only)"))
-        cmdInsert_Click();
-    else if (choice == u"Insert (with format)")
-        cmdInsertWithFormat_Click();
+    const Object keepAlive(this);
+    withErrorBox(u"frmEmail.lstEmails_DblClick", [&] {
+        if (DisableInsert) {
+            const std::u16string choice(Trim(setting(u"CopyDefaultFormat", u"NOT FOUND")));
+            if (isTextOnly(choice, u"Copy (text only)"))
+                cmdCopyToClipBoard_Click();
+            else if (choice == u"Edit template" && cmdEdit.Visible)
+                cmdEdit_Click();
+            else if (choice == u"Copy (with format)")
+                cmdCopyHTMLToClipB_Click();
+            return;
+        }
+        const std::u16string choice(Trim(setting(u"InsertDefaultFormat", u"NOT FOUND")));
+        if (isTextOnly(choice, u"Insert (text only)"))
+            cmdInsert_Click();
+        else if (choice == u"Insert (with format)")
+            cmdInsertWithFormat_Click();
+    });
 }
 
 void frmEmail::lstEmails_MouseDown(std::int32_t button, double y) {
@@ -132,9 +137,10 @@ void frmEmail::cmdEdit_Click() {
         }
         const TemplateIdentity identity = identityOfLine(lstEmails.ListIndex);
         if (isOpenInInspector(identity.entryId)) {
-            MsgBox(u"This item is already open or it is selected in Outlook.\r\n\r\nIf you want to edit it close the Lorvane "
-                   u" screen or else choose another template to edit.",
-                   msgbox::Information);
+            MsgBox(
+                u"This item is already open or it is selected in Outlook.\r\n\r\nIf you want to edit it close the Lorvane "
+                u" screen or else choose another template to edit.",
+                msgbox::Information);
             return;
         }
         const MailItem item = apartment().gOutlook.GetNamespace(u"MAPI").GetItemFromID(identity.entryId, identity.storeId);
@@ -187,10 +193,12 @@ void frmEmail::lblChangeFolder_Click() {
 }
 
 void frmEmail::FldrMaintBtnsClick() {
-    const bool shown = setting(u"ShowFldrMainBtns") != u"True";
-    for (Control* control : std::initializer_list<Control*>{&cmdNew, &cmdEdit, &cmdDelete, &lblHide}) control->Visible = shown;
-    for (Control* control : std::initializer_list<Control*>{&lblRightClick, &lblFldrMainBtns}) control->Visible = !shown;
-    saveSetting(u"ShowFldrMainBtns", shown ? u"True" : u"False");
+    withErrorBox(u"frmEmail.FldrMaintBtnsClick", [&] {
+        const bool shown = setting(u"ShowFldrMainBtns") != u"True";
+        for (Control* control : std::initializer_list<Control*>{&cmdNew, &cmdEdit, &cmdDelete, &lblHide}) control->Visible = shown;
+        for (Control* control : std::initializer_list<Control*>{&lblRightClick, &lblFldrMainBtns}) control->Visible = !shown;
+        saveSetting(u"ShowFldrMainBtns", shown ? u"True" : u"False");
+    });
 }
 
 void frmEmail::ShowTips() {

@@ -11,7 +11,9 @@ namespace {
 
 constexpr std::u16string_view categoryField = u"strCategory";
 
-bool hasRows(const Recordset& table) { return table && table.RecordCount() > 0; }
+bool hasRows(const Recordset& table) {
+    return table && table.RecordCount() > 0;
+}
 
 void addCategory(const Recordset& table, std::u16string_view name) {
     table.AddNew();

@@ -60,7 +60,9 @@ void showSharedFolderLost() {
 
 }  // namespace
 
-bool SharingEnabled() { return equalsIgnoreCase(setting(u"SharedTemplates"), u"True"); }
+bool SharingEnabled() {
+    return equalsIgnoreCase(setting(u"SharedTemplates"), u"True");
+}
 
 std::u16string GetFolderPath(const MAPIFolder& folder) {
     std::u16string path;
@@ -111,14 +113,15 @@ void ExampleTemplatesCreate(const MAPIFolder& folder) {
                                 u"Should you require further information with regard to any of the ideas discussed, please contact me at your convenience.",
                                 u"[Enter your company name and details in TEMPLATE]"}),
                     folder);
-    TemplateExample(u"Quote (Sample)",
-                    paragraphs({u"Dear [FirstName]", u"Project: [Enter Project Name Here]",
-                                u"Thank you for this opportunity to be of service to your organization. Further to our meeting, please find following our quotation for "
-                                u"the above project.",
-                                u"The full cost of the project shall be [Cost]. The estimated time frame to complete the project is [Timeframe].",
-                                u"Further details of the project are as follows.", u"[Enter Details Here]", u"We look forward to working with you in the near future.",
-                                u"[Enter your company name and details in TEMPLATE]"}),
-                    folder);
+    TemplateExample(
+        u"Quote (Sample)",
+        paragraphs({u"Dear [FirstName]", u"Project: [Enter Project Name Here]",
+                    u"Thank you for this opportunity to be of service to your organization. Further to our meeting, please find following our quotation for "
+                    u"the above project.",
+                    u"The full cost of the project shall be [Cost]. The estimated time frame to complete the project is [Timeframe].",
+                    u"Further details of the project are as follows.", u"[Enter Details Here]", u"We look forward to working with you in the near future.",
+                    u"[Enter your company name and details in TEMPLATE]"}),
+        folder);
     TemplateExample(u"Request for Quote (Sample)",
                     paragraphs({u"Dear [FirstName]", u"Could you please supply a quotation for the following items.", u"[List items here]",
                                 u"Your urgent attention to the above will be greatly appreciated.", u"Yours faithfully",
@@ -213,6 +216,8 @@ std::u16string MakeSubFolderEntry(const MAPIFolder& folder) {
     return name + Space(subFolderNameWidth - static_cast<std::ptrdiff_t>(name.size())) + folder.EntryID();
 }
 
-std::u16string GetSubFolderEntryId(std::u16string_view line) { return std::u16string(Mid(line, subFolderNameWidth + 1)); }
+std::u16string GetSubFolderEntryId(std::u16string_view line) {
+    return std::u16string(Mid(line, subFolderNameWidth + 1));
+}
 
 }  // namespace lorvane::store

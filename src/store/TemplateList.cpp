@@ -85,7 +85,9 @@ void addTemplate(const MailItem& item, const Recordset& templates, const Templat
 void walkFolder(const MAPIFolder& folder, const Recordset& templates, const Recordset& categories, WalkProgress& progress) {
     Apartment& here = apartment();
     if (!here.gRdoSession) InitializeRDOSession();
-    const Items items = RDOSession(here.gRdoSession).GetFolderFromID(folder.EntryID(), folder.StoreID()).Items();
+    const std::u16string entryId = folder.EntryID();
+    const std::u16string storeId = folder.StoreID();
+    const Items items = RDOSession(here.gRdoSession).GetFolderFromID(entryId, storeId).Items();
     const TemplateFields fields(templates);
     const std::int32_t count = items.Count();
     for (std::int32_t index = 1; index <= count; ++index) {
@@ -140,7 +142,9 @@ void loadShared(const MAPIFolder& sharedFolder, WalkProgress& progress) {
 
 }  // namespace
 
-TemplateTables& templateTables() { return apartment().state<TemplateTables>(); }
+TemplateTables& templateTables() {
+    return apartment().state<TemplateTables>();
+}
 
 Recordset newTemplateTable() {
     const Recordset table = makeRecordset();
@@ -164,7 +168,9 @@ void LoadTemplateList(const MAPIFolder& privateFolder, const MAPIFolder& sharedF
         loadShared(sharedFolder, progress);
     });
     if (!showProgress) return;
-    if (auto* window = apartment().forms.find<frmProgress>()) window->finish();
+    withErrorBox(u"basGlobals.LoadTemplateList", [] {
+        if (auto* window = apartment().forms.find<frmProgress>()) window->finish();
+    });
 }
 
 bool IsEncryptedEmail(const MailItem& item) {
@@ -193,6 +199,8 @@ PaddedText MakeListEntry(std::u16string_view subject, std::int32_t position) {
     return PaddedText(subject, static_cast<std::size_t>(blanks), decimal(position));
 }
 
-std::int32_t GetListId(std::u16string_view line) { return Variant(std::u16string(Mid(line, listSubjectWidth + 1))).toInt32(); }
+std::int32_t GetListId(std::u16string_view line) {
+    return Variant(std::u16string(Mid(line, listSubjectWidth + 1))).toInt32();
+}
 
 }  // namespace lorvane::store

@@ -32,8 +32,8 @@ host::Recordset newCategoryTable();
 
 /// Fills the tables from the folders that are not Nothing; `list` is cleared where the private folder is empty.
 ///
-/// A folder that may not be read shows its permission message. An item that cannot be read is skipped. With `showProgress` the progress window shows each step and is
-/// hidden and unloaded at the end.
+/// A folder that may not be read shows its permission message. An item that cannot be read is skipped. With `showProgress` the progress window shows each step
+/// and is hidden and unloaded at the end.
 void LoadTemplateList(const host::MAPIFolder& privateFolder, const host::MAPIFolder& sharedFolder, host::ListBox* list, bool showProgress);
 
 /// True where reading the item's identity fails: such an item is no template.

@@ -10,7 +10,9 @@ using namespace host;
 
 namespace {
 
-std::u16string quotesDoubled(std::u16string_view text) { return Replace(text, u"'", u"''"); }
+std::u16string quotesDoubled(std::u16string_view text) {
+    return Replace(text, u"'", u"''");
+}
 
 std::u16string anywhereIn(std::u16string_view field, std::u16string_view text) {
     return std::u16string(field) + u" LIKE '*" + quotesDoubled(text) + u"*'";

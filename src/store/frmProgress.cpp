@@ -25,8 +25,8 @@ frmProgress::frmProgress()
 }
 
 void frmProgress::Form_Activate() {
-    // The chooser's list is cleared where the private folder turns out to be empty.
-    Form* chooser = apartment().forms.useNamed(u"frmEmail");
+    // The chooser's list is cleared where the private folder turns out to be empty. Naming it here would load a chooser, which shows this window itself.
+    Form* chooser = apartment().forms.find(u"frmEmail");
     auto* list = chooser ? dynamic_cast<ListBox*>(chooser->control(u"lstEmails")) : nullptr;
     LoadTemplateList(PrivateFolder, SharedFolder, list, true);
 }

@@ -32,6 +32,16 @@ protected:
     Object item = recorder.decorate(bare);
 };
 
+TEST_F(RecorderTest, ANoteStandsAmongTheUses) {
+    item.get(Member::Subject);
+    recorder.note(u"act Click frmEmail.cmdInsert");
+    EXPECT_THROW(item.call(Member::Save), host::HostError);
+    EXPECT_EQ(recorder.lines(), (Lines{"get FakeItem.Subject", "act Click frmEmail.cmdInsert", "call FakeItem.Save -> error 438"}));
+    recorder.clear();
+    recorder.note(u"alone");
+    EXPECT_EQ(recorder.text(), "alone\n");
+}
+
 TEST_F(RecorderTest, UsesAreLinesInTheirOrder) {
     item.put(Member::Subject, u"x");
     const Object inspector = item.getObject(Member::Inspector);

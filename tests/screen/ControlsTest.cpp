@@ -1,4 +1,5 @@
 #include "ScreenRig.h"
+#include "host/TextFunctions.h"
 #include "screen/TextMetrics.h"
 
 namespace lorvane::screen {
@@ -20,6 +21,20 @@ TEST_F(ControlsTest, EachCharacterRaisesItsEventsInOrder) {
     user.Type(u"frmSample", u"txtSearch", u"aB");
     EXPECT_EQ(said(), (Said{"KeyDown 65/0", "KeyPress 97", "Change a|1", "KeyUp 65", "KeyDown 66/1", "KeyPress 66", "Change aB|2", "KeyUp 66"}));
     EXPECT_EQ(form.focus(), &form.txtSearch);
+}
+
+TEST_F(ControlsTest, EachActIsToldBeforeItsHandlersRun) {
+    shown();
+    user.onAct([](std::u16string_view act) { said().push_back(host::toUtf8(act)); });
+    user.Click(u"frmsample", u"CMDOK");
+    user.Select(u"frmSample", u"lstLines", 0);
+    user.Type(u"frmSample", u"txtSearch", u"a");
+    user.Check(u"frmSample", u"chkTips", true);
+    EXPECT_THROW(user.Click(u"frmSample", u"cmdNone"), host::HostError);
+    user.CloseWindow(u"frmSample");
+    EXPECT_EQ(said(), (Said{"act Click frmSample.cmdOK", "cmdOK_Click", "act Select frmSample.lstLines 0", "lstLines_Click 0", "act Type frmSample.txtSearch a",
+                            "KeyDown 65/0", "KeyPress 97", "Change a|1", "KeyUp 65", "act Check frmSample.chkTips on", "chkTips_Click 1",
+                            "act CloseWindow frmSample", "Unload", "gone"}));
 }
 
 TEST_F(ControlsTest, TypingGoesToTheCaretAndTakesTheSelectionsPlace) {

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -28,25 +27,47 @@ inline void expectGolden(const std::filesystem::path& file, const std::string& a
     EXPECT_EQ(actual, expected.str()) << path;
 }
 
-/// The log with what differs between runs replaced: identities become <id1>, <id2> … in the order they come, the folder for temporary files becomes <temp>\.
-inline std::string comparableLog(const std::string& log, const std::string& temporaryFolder) {
-    std::string text = log;
-    const std::string written = std::regex_replace(temporaryFolder, std::regex(R"(\\)"), R"(\\)");  // the log doubles "\"
-    for (std::size_t at = text.find(written); !written.empty() && at != std::string::npos; at = text.find(written, at))
-        text.replace(at, written.size(), "<temp>\\");
+/// A folder whose place differs between runs, and what a golden calls it.
+struct NamedFolder {
+    std::string path, name;
+};
 
-    static const std::regex identity("\"([0-9A-F]{32,})\"");
+/// Each "\\" doubled, as the log writes it.
+inline std::string withBackslashesDoubled(const std::string& text) {
+    std::string doubled;
+    for (const char character : text) doubled.append(character == '\\' ? 2 : 1, character);
+    return doubled;
+}
+
+/// Whether a quoted text is an identity: 32 or more upper-case hexadecimal digits.
+inline bool isIdentity(const std::string& quoted) {
+    return quoted.size() >= 32 && quoted.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+}
+
+/// The log with what differs between runs replaced: identities become <id1>, <id2> … in the order they come, folders their names.
+inline std::string comparableLog(const std::string& log, const std::vector<NamedFolder>& folders) {
+    std::string text = log;
+    for (const NamedFolder& folder : folders) {
+        const std::string written = withBackslashesDoubled(folder.path);
+        for (std::size_t at = text.find(written); !written.empty() && at != std::string::npos; at = text.find(written, at))
+            text.replace(at, written.size(), folder.name);
+    }
+
     std::vector<std::string> known;
     std::string result;
-    auto rest = text.cbegin();
-    for (std::sregex_iterator match(text.begin(), text.end(), identity), end; match != end; ++match) {
-        const std::string id = (*match)[1];
-        auto place = std::find(known.begin(), known.end(), id);
-        if (place == known.end()) place = known.insert(known.end(), id);
-        result.append(rest, (*match)[0].first).append("<id").append(std::to_string(place - known.begin() + 1)).append(">");
-        rest = (*match)[0].second;
+    std::size_t rest = 0;
+    for (std::size_t open = text.find('"'); open != std::string::npos; open = text.find('"', open + 1)) {
+        const std::size_t close = text.find('"', open + 1);
+        if (close == std::string::npos) break;
+        const std::string quoted = text.substr(open + 1, close - open - 1);
+        if (!isIdentity(quoted)) continue;
+        auto place = std::find(known.begin(), known.end(), quoted);
+        if (place == known.end()) place = known.insert(known.end(), quoted);
+        result.append(text, rest, open - rest).append("<id").append(std::to_string(place - known.begin() + 1)).append(">");
+        rest = close + 1;
+        open = close;
     }
-    return result.append(rest, text.cend());
+    return result.append(text, rest);
 }
 
 }  // namespace lorvane::support
