@@ -3,6 +3,7 @@
 #include "host/Redemption.h"
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
+#include "store/TemplateFolders.h"
 #include "text/TemplateTags.h"
 
 /// The methods of `Connect` that other instances of the add-in reach by name.
@@ -96,6 +97,21 @@ Variant Connect::call(Member member, Args args) {
         case Member::PasteRangeToEmail:
             PasteRangeToEmail();
             return {};
+        case Member::CreateLorvaneFolder:
+            store::CreateLorvaneFolder();
+            return {};
+        case Member::CreateMapiFolder:
+            store::CreateMapiFolder();
+            return {};
+        case Member::ExampleTemplatesCreate:
+            store::ExampleTemplatesCreate(MAPIFolder(requiredArgument(args, 0).toObject()));
+            return {};
+        case Member::TemplateExample: {
+            // Body first here, subject first in the routine behind it.
+            const std::u16string body = requiredArgument(args, 0).toText();
+            store::TemplateExample(requiredArgument(args, 1).toText(), body, MAPIFolder(requiredArgument(args, 2).toObject()));
+            return {};
+        }
         default:
             raiseNoSuchMember(className(), member);
     }

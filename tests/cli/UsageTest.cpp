@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-
 #include "cli/Program.h"
 
 /// What the command line itself says: help, version, mistakes in the words.

@@ -216,6 +216,37 @@ TEST_F(SharedStateTest, SettingTakesAllThree) {
     EXPECT_TRUE(run.apartment().gOutlook);
 }
 
+/// The folder routines, by name.
+class FoldersByNameTest : public testing::Test {
+protected:
+    TestRun run{{.connected = false, .samples = true}};
+    Object byName = makeObject<Connect>();
+    MAPIFolder other = run.addFolder(topFolder(run), u"Other");
+};
+
+TEST_F(FoldersByNameTest, TheDefaultFolderIsMade) {
+    byName.call(Member::CreateLorvaneFolder);
+    EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), run.templatesFolder().EntryID());
+    EXPECT_EQ(run.templatesFolder().Items().Count(), 3);
+    usePrivately(run, other);
+    byName.call(Member::CreateMapiFolder);
+    EXPECT_EQ(run.setting(u"LastFolderEntryid"), run.templatesFolder().EntryID());
+}
+
+TEST_F(FoldersByNameTest, SamplesGoIntoTheFolderGiven) {
+    ensureNameSpace();
+    byName.call(Member::ExampleTemplatesCreate, {Variant(Object(other))});
+    EXPECT_EQ(other.Items().Count(), 3);
+}
+
+TEST_F(FoldersByNameTest, AnExampleIsGivenBodyFirst) {
+    ensureNameSpace();
+    byName.call(Member::TemplateExample, {Variant(u"The body"), Variant(u"The subject"), Variant(Object(other))});
+    ASSERT_EQ(other.Items().Count(), 1);
+    EXPECT_EQ(other.Items().Item(1).Subject(), u"The subject");
+    EXPECT_EQ(other.Items().Item(1).Body(), u"The body");
+}
+
 TEST_F(SharedStateTest, AnUnknownMemberIsError438) {
     try {
         byName.call(Member::Subject);
