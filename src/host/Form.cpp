@@ -152,7 +152,13 @@ void Forms::letGo(Form& form) noexcept {
 }
 
 void Forms::clear() noexcept {
-    while (!instances_.empty()) instances_.pop_back();
+    while (!instances_.empty()) {
+        // One that is still up is unloaded: a screen holds on to a window whose timer runs, and the window to what it opened.
+        const Object newest = instances_.back();
+        auto& form = static_cast<Form&>(*newest.dispatch());
+        ignoringErrors([&] { form.unload(); });
+        letGo(form);
+    }
 }
 
 }  // namespace lorvane::host
