@@ -84,7 +84,7 @@ public:
     std::vector<std::u16string_view> knownNames() const;
 
     void letGo(Form& form) noexcept;  ///< by the window itself at its unload
-    void clear() noexcept;            ///< lets all instances go, newest first
+    void clear() noexcept;            ///< unloads what is still up and lets all instances go, newest first
 
 private:
     Form& use(std::u16string_view name, Factory factory);
