@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
+
+#include "host/TextFunctions.h"
 
 namespace lorvane::html {
 
@@ -45,7 +48,33 @@ std::optional<std::basic_string_view<Unit>> fragmentOf(std::basic_string_view<Un
     return block.substr(text + 3, close == npos ? npos : close - text - 3);
 }
 
+/// Each number is ten digits wide, so that the header's length is known before it is written.
+constexpr std::size_t NumberWidth = 10;
+constexpr std::string_view Version = "Version:0.9\r\n", HeaderEnd = "\r\n";
+constexpr std::string_view Keys[] = {"StartHTML:", "EndHTML:", "StartFragment:", "EndFragment:"};
+constexpr std::string_view BeforeFragment = "<html><body><!--StartFragment-->", BehindFragment = "<!--EndFragment--></body></html>";
+
+constexpr std::size_t headerLength() noexcept {
+    std::size_t length = Version.size();
+    for (const std::string_view key : Keys) length += key.size() + NumberWidth + HeaderEnd.size();
+    return length;
+}
+
 }  // namespace
+
+std::string clipboardBlock(std::u16string_view fragment) {
+    const std::string bytes = host::toUtf8(fragment);
+    const std::size_t start = headerLength() + BeforeFragment.size(), end = start + bytes.size();
+    const std::size_t numbers[] = {headerLength(), end + BehindFragment.size(), start, end};
+
+    std::string block(Version);
+    block.reserve(numbers[1]);
+    for (std::size_t i = 0; i < std::size(Keys); ++i) {
+        const std::string digits = std::to_string(numbers[i]);
+        block.append(Keys[i]).append(NumberWidth - digits.size(), '0').append(digits).append(HeaderEnd);
+    }
+    return block.append(BeforeFragment).append(bytes).append(BehindFragment);
+}
 
 std::optional<std::u16string> clipboardFragment(std::u16string_view block) {
     const auto fragment = fragmentOf(block);

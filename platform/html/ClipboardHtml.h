@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-/// Reading the clipboard's "HTML Format".
+/// The clipboard's "HTML Format".
 namespace lorvane::html {
 
 /// The fragment of a block whose offsets count its characters (a block decoded before, or one of single bytes).
@@ -15,5 +15,8 @@ namespace lorvane::html {
 std::optional<std::u16string> clipboardFragment(std::u16string_view block);
 /// The same for bytes, whose offsets count bytes; `decode` turns the fragment's bytes into text.
 std::optional<std::u16string> clipboardFragment(std::string_view block, const std::function<std::u16string(std::string_view)>& decode);
+
+/// A block around a fragment, in UTF-8: the five numbers of its header count bytes.
+std::string clipboardBlock(std::u16string_view fragment);
 
 }  // namespace lorvane::html

@@ -59,3 +59,15 @@ TEST(ClipboardHtml, OffsetsOfBytesAreDecodedByTheCodePageGiven) {
 TEST(ClipboardHtml, NumbersOfAnyLengthAreRead) {
     EXPECT_EQ(clipboardFragment(u"StartFragment:" + std::u16string(500, u'9') + u"\r\nEndFragment:" + std::u16string(500, u'9') + u"\r\n<x>"), std::nullopt);
 }
+
+TEST(ClipboardHtml, ABlockHasAHeaderOfFixedWidthWhoseNumbersCountBytes) {
+    EXPECT_EQ(clipboardBlock(u"<b>\u00E9</b>"),
+              "Version:0.9\r\nStartHTML:0000000105\r\nEndHTML:0000000178\r\nStartFragment:0000000137\r\nEndFragment:0000000146\r\n"
+              "<html><body><!--StartFragment--><b>\xC3\xA9</b><!--EndFragment--></body></html>");
+}
+
+TEST(ClipboardHtml, TheFragmentOfAWrittenBlockIsTheOneWritten) {
+    for (const std::u16string_view fragment : {u"", u"<p>a</p>", u"\r\n\u20AC \xD83D\xDE00", u"<!--EndFragment-->", u"StartFragment:0000000001"}) {
+        EXPECT_EQ(clipboardFragment(clipboardBlock(fragment), lorvane::host::fromUtf8), fragment);
+    }
+}
