@@ -74,7 +74,7 @@ RowBits selectClause(const Clause& clause, const Table& table, const Collation& 
     RowBits rows(table.rowCount());
     const TextColumn* column = table.textColumn(clause.field);
     if (column && clause.relation == Relation::Contains) {
-        column->findContaining(clause.folded, rows);
+        table.searchableColumn(clause.field).findContaining(clause.folded, rows);
     } else if (column && clause.relation == Relation::Equal) {
         const auto count = static_cast<RowId>(table.rowCount());
         for (RowId row = 0; row < count; ++row) {

@@ -53,14 +53,68 @@ bool usesKeptOrder(const Table& table, std::size_t field, const Collation& colla
     return table.hasOrderOf(field, collation) || table.countSorted(field, wanted) >= table.rowCount() / 4 || wanted >= table.liveCount();
 }
 
-void takeFrom(const Table::Order& order, std::vector<RowId>& rows) {
+// Rows that are numbered `shift` higher than in the order.
+void takeFrom(const Table::Order& order, RowId shift, std::vector<RowId>& rows) {
     RowBits places(order.rows.size());
-    for (const RowId row : rows) places.set(order.places[row]);
+    for (const RowId row : rows) places.set(order.places[row - shift]);
     std::size_t next = 0;
-    places.forEach([&](std::uint32_t place) { rows[next++] = order.rows[place]; });
+    places.forEach([&](std::uint32_t place) { rows[next++] = order.rows[place] + shift; });
+}
+
+// Rows, and for each of them the one that it is in the order.
+void takeFrom(const Table::Order& order, const std::vector<RowId>& known, std::vector<RowId>& rows) {
+    RowBits places(order.rows.size());
+    const auto rowAt = std::make_unique_for_overwrite<RowId[]>(order.rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::uint32_t place = order.places[known[i]];
+        places.set(place);
+        rowAt[place] = rows[i];
+    }
+    std::size_t next = 0;
+    places.forEach([&](std::uint32_t place) { rows[next++] = rowAt[place]; });
+}
+
+// The one run that all these rows are in; null where there is none.
+const Origin::Run* runOfAll(const Origin& origin, const std::vector<RowId>& rows) {
+    const auto& runs = origin.runs();
+    if (runs.size() != 1 || rows.front() < runs[0].own || rows.back() - runs[0].own >= runs[0].count) return nullptr;
+    return &runs[0];
+}
+
+// The same rows, for most of them by the order of the table that they were copied from. False, and nothing is done, where that cannot be or does not pay.
+bool orderByOrigin(const Table& table, std::size_t field, const Collation& collation, std::vector<RowId>& rows) {
+    const Origin& origin = table.origin(field);
+    const auto source = origin.source(field);
+    if (!source) return false;
+    if (const Origin::Run* const run = runOfAll(origin, rows)) {
+        if (!usesKeptOrder(*source, field, collation, rows.size())) return false;
+        takeFrom(source->orderOf(field, collation), run->own - run->source, rows);
+        return true;
+    }
+    std::vector<RowId> copied, known, others;
+    auto run = origin.runs().begin();
+    for (const RowId row : rows) {
+        while (run != origin.runs().end() && row >= run->own && row - run->own >= run->count) ++run;
+        if (run == origin.runs().end() || row < run->own) {
+            others.push_back(row);
+        } else {
+            copied.push_back(row);
+            known.push_back(run->source + (row - run->own));
+        }
+    }
+    if (others.size() > copied.size() || !usesKeptOrder(*source, field, collation, copied.size())) return false;
+    takeFrom(source->orderOf(field, collation), known, copied);
+    if (others.empty()) {
+        rows = std::move(copied);
+        return true;
+    }
+    sortByText(*table.textColumn(field), collation, others);
+    rows = mergedByText(*table.textColumn(field), collation, copied, others);
+    return true;
 }
 
 void orderTexts(const Table& table, std::size_t field, const Collation& collation, bool inRowOrder, std::vector<RowId>& rows) {
+    if (inRowOrder && rows.size() > 64 && !table.hasOrderOf(field, collation) && orderByOrigin(table, field, collation, rows)) return;
     if (!inRowOrder || !usesKeptOrder(table, field, collation, rows.size())) {
         sortByText(*table.textColumn(field), collation, rows);
         return;
@@ -70,7 +124,23 @@ void orderTexts(const Table& table, std::size_t field, const Collation& collatio
         rows = order.rows;
         return;
     }
-    takeFrom(order, rows);
+    takeFrom(order, 0, rows);
+}
+
+// Where it is known that every row has a value, and an order is at hand, no cell need be looked at.
+bool takeOrderAtHand(const Table& table, std::size_t field, const Collation& collation, std::vector<RowId>& rows) {
+    if (table.hasOrderOf(field, collation)) {
+        const Table::Order& order = table.orderOf(field, collation);
+        if (order.rows.size() != table.rowCount()) return false;
+        takeFrom(order, 0, rows);
+        return true;
+    }
+    const Origin::Run* const run = runOfAll(table.origin(field), rows);
+    if (!run) return false;
+    const auto source = table.origin(field).source(field);
+    if (!source || !source->hasOrderOf(field, collation)) return false;
+    takeFrom(source->orderOf(field, collation), run->own - run->source, rows);
+    return true;
 }
 
 void orderNumbers(const Table& table, std::size_t field, std::vector<RowId>& rows) {
@@ -95,11 +165,7 @@ void reverseGroups(const Table& table, std::size_t field, const Collation& colla
 }
 
 void orderByKey(const Table& table, const SortKey& key, const Collation& collation, bool inRowOrder, std::vector<RowId>& rows) {
-    // Where every row has a value and the order is at hand, no cell need be looked at.
-    if (inRowOrder && !key.descending && rows.size() > 64 && table.hasOrderOf(key.field, collation)) {
-        const Table::Order& order = table.orderOf(key.field, collation);
-        if (order.rows.size() == table.rowCount()) return takeFrom(order, rows);
-    }
+    if (inRowOrder && !key.descending && rows.size() > 64 && takeOrderAtHand(table, key.field, collation, rows)) return;
     std::vector<RowId> blanks, values;
     values.reserve(rows.size());
     for (const RowId row : rows) (table.cellState(row, key.field) == CellState::Value ? values : blanks).push_back(row);

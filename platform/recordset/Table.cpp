@@ -1,6 +1,7 @@
 #include "recordset/Table.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <limits>
 #include <numeric>
@@ -21,13 +22,26 @@ CellState stateOf(const Variant& value) noexcept {
     return value.isEmpty() ? CellState::Empty : value.isNull() ? CellState::Null : CellState::Value;
 }
 
+std::uint64_t nextId() noexcept {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+// The row whose value was handed out last on this thread.
+struct LastRead {
+    std::uint64_t tableId = 0;
+    std::weak_ptr<const Table> table;
+    RowId row = 0;
+};
+thread_local LastRead lastRead;
+
 std::u16string_view textOf(const Variant& value) {
     return stateOf(value) == CellState::Value ? std::u16string_view(value.text()) : std::u16string_view();
 }
 
 }  // namespace
 
-Table::Table(std::vector<FieldDefinition> fields) : fields_(std::move(fields)), orders_(fields_.size()) {
+Table::Table(std::vector<FieldDefinition> fields) : id_(nextId()), fields_(std::move(fields)), origins_(fields_.size()), orders_(fields_.size()) {
     for (const FieldDefinition& field : fields_) {
         if (storageOf(field.type) == Storage::Text)
             columns_.emplace_back(std::in_place_type<TextColumn>);
@@ -103,6 +117,32 @@ Variant Table::value(RowId row, std::size_t field) const {
     return column->text(row);
 }
 
+void Table::noteRead(RowId row) const {
+    if (lastRead.tableId != id_) lastRead = {id_, weak_from_this(), 0};
+    lastRead.row = row;
+}
+
+void Table::traceRow(RowId row) {
+    if (lastRead.tableId == 0 || lastRead.tableId == id_) return;
+    const std::shared_ptr<const Table> source = lastRead.table.lock();
+    if (!source) return;
+    for (std::size_t field = 0; field < std::min(columns_.size(), source->columns_.size()); ++field) {
+        const auto* const own = textColumn(field);
+        const auto* const theirs = source->textColumn(field);
+        if (!own || !theirs || own->state(row) != CellState::Value || theirs->state(lastRead.row) != CellState::Value) continue;
+        if (own->text(row) == theirs->text(lastRead.row)) origins_[field].add(row, *source, field, lastRead.row);
+    }
+}
+
+const TextColumn& Table::searchableColumn(std::size_t field) const {
+    const TextColumn& column = *textColumn(field);
+    const Origin& origin = origins_[field];
+    if (!origin.isEmpty() && origin.runs().front().own == 0 && origin.runs().front().source == 0) {
+        if (const auto source = origin.source(field)) column.shareBlocks(*source->textColumn(field), origin.runs().front().count);
+    }
+    return column;
+}
+
 RowId Table::append(std::span<const Variant> values, RowState state) {
     if (rowCount() >= std::numeric_limits<std::int32_t>::max()) raise(error::MultipleStep);  // positions are 32-bit
     announce();
@@ -125,6 +165,7 @@ RowId Table::append(std::span<const Variant> values, RowState state) {
         }
         throw;
     }
+    traceRow(row);
     for (KeptOrder& kept : orders_) kept = {};
     states_.push_back(state);
     if (row % 64 == 0) live_.grow(row + std::size_t{64});
@@ -144,6 +185,7 @@ void Table::setCell(RowId row, std::size_t field, const Variant& value) {
     else
         std::get<std::vector<Variant>>(columns_[field])[row] = value;
     orders_[field] = {};
+    origins_[field].clear();
 }
 
 void Table::change(RowId row, std::span<const std::optional<Variant>> values) {

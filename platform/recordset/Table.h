@@ -11,6 +11,7 @@
 
 #include "host/Variant.h"
 #include "recordset/FieldType.h"
+#include "recordset/Origin.h"
 #include "recordset/RowBits.h"
 #include "recordset/TextColumn.h"
 
@@ -24,7 +25,7 @@ enum class RowState : std::uint8_t { New = 1, Modified = 2, Deleted = 4, Unmodif
 /// The rows behind a recordset and its clones: one column a field, rows in insertion order, deleted rows kept in their place and marked.
 ///
 /// A cell is Empty (never assigned), Null or a value. The values that rows had before they were modified or deleted stay readable, for the persisted form.
-class Table {
+class Table : public std::enable_shared_from_this<Table> {
 public:
     /// Is told of each row before and after it is added, changed or deleted. It only takes note: the table must not be changed from inside.
     class Observer {
@@ -37,6 +38,9 @@ public:
     };
 
     explicit Table(std::vector<FieldDefinition> fields);
+
+    /// Of this table alone, also when it is gone.
+    std::uint64_t id() const noexcept { return id_; }
 
     const std::vector<FieldDefinition>& fields() const noexcept { return fields_; }
     /// A field by name, in any case.
@@ -60,6 +64,13 @@ public:
     const TextColumn* textColumn(std::size_t field) const noexcept { return std::get_if<TextColumn>(&columns_[field]); }
     /// The cell of any field that is not kept as text.
     const host::Variant& plainValue(RowId row, std::size_t field) const { return std::get<std::vector<host::Variant>>(columns_[field])[row]; }
+
+    /// Tells that a value of the row was handed out: a row that is added next, to whatever table of this thread, may be its copy.
+    void noteRead(RowId row) const;
+    /// Where the texts of a field were copied from.
+    const Origin& origin(std::size_t field) const noexcept { return origins_[field]; }
+    /// The column of a text field, ready to be searched: with what its origin has made for that.
+    const TextColumn& searchableColumn(std::size_t field) const;
 
     /// Adds a row, one value a field as `convertedFor` gives it, and returns its number.
     RowId append(std::span<const host::Variant> values, RowState state = RowState::New);
@@ -99,11 +110,14 @@ private:
 
     void setCell(RowId row, std::size_t field, const host::Variant& value);
     void keepOriginal(RowId row);
+    void traceRow(RowId row);
     void announce();
     void notify(RowId row) noexcept;
 
+    std::uint64_t id_;
     std::vector<FieldDefinition> fields_;
     std::vector<Column> columns_;
+    std::vector<Origin> origins_;  // one a field; empty for those without text
     std::vector<RowState> states_;
     RowBits live_;
     std::vector<std::uint16_t> liveInBlock_;

@@ -73,6 +73,7 @@ void TextColumn::append(CellState state, std::u16string_view text) {
 
 void TextColumn::assign(RowId row, CellState state, std::u16string_view text) {
     const Cell made = store(state, text);
+    ++edition_;
     abandoned_ += length(row);
     cells_[row] = made;
     if (row / rowsOfBlock < blocks_.size()) blocks_[row / rowsOfBlock].reset();
@@ -83,6 +84,7 @@ void TextColumn::removeLast() noexcept {
     const std::size_t block = (cells_.size() - 1) / rowsOfBlock;
     abandoned_ += length(static_cast<RowId>(cells_.size() - 1));
     cells_.pop_back();
+    ++edition_;
     if (block < blocks_.size()) blocks_[block].reset();
 }
 
@@ -108,9 +110,9 @@ void TextColumn::compact() {
 }
 
 const TextColumn::Block& TextColumn::blockAt(std::size_t number) const {
-    std::unique_ptr<Block>& block = blocks_[number];
+    std::shared_ptr<const Block>& block = blocks_[number];
     if (!block) {
-        auto made = std::make_unique<Block>();
+        const auto made = std::make_shared<Block>();
         const auto first = static_cast<RowId>(number * rowsOfBlock);
         const auto end = static_cast<RowId>(std::min(cells_.size(), (number + 1) * rowsOfBlock));
         if (!made->fill(*this, first, end, made->bytes)) {
@@ -118,9 +120,25 @@ const TextColumn::Block& TextColumn::blockAt(std::size_t number) const {
             made->bytes = {};
             made->fill(*this, first, end, made->units);
         }
-        block = std::move(made);
+        block = made;
     }
     return *block;
+}
+
+std::size_t TextColumn::blockCount() const noexcept {
+    return (cells_.size() + rowsOfBlock - 1) / rowsOfBlock;
+}
+
+void TextColumn::shareBlocks(const TextColumn& source, std::size_t count) const {
+    blocks_.resize(blockCount());
+    source.blocks_.resize(source.blockCount());
+    for (std::size_t number = 0; number < std::min(blocks_.size(), source.blocks_.size()); ++number) {
+        const std::size_t end = std::min(cells_.size(), (number + 1) * rowsOfBlock);
+        if (end > count || end != std::min(source.cells_.size(), (number + 1) * rowsOfBlock)) return;
+        if (blocks_[number]) continue;
+        source.blockAt(number);
+        blocks_[number] = source.blocks_[number];
+    }
 }
 
 void TextColumn::findContaining(std::u16string_view sought, RowBits& rows) const {
@@ -130,7 +148,7 @@ void TextColumn::findContaining(std::u16string_view sought, RowBits& rows) const
         }
         return;
     }
-    blocks_.resize((cells_.size() + rowsOfBlock - 1) / rowsOfBlock);
+    blocks_.resize(blockCount());
     std::optional<Needle<std::uint8_t>> narrow;
     std::optional<Needle<char16_t>> wide;
     const bool fitsBytes = std::ranges::all_of(sought, [](char16_t unit) { return unit <= 0xFF; });

@@ -38,6 +38,12 @@ public:
     /// Adds to `rows` each row whose text holds `folded`, a text folded unit by unit. The empty text is in every value.
     void findContaining(std::u16string_view folded, RowBits& rows) const;
 
+    /// Takes what `source` keeps for searching, for the blocks of rows in front of `count`, which have the same texts as its own, that have nothing yet.
+    void shareBlocks(const TextColumn& source, std::size_t count) const;
+
+    /// Goes up whenever the text of a row that was there changes.
+    std::uint64_t edition() const noexcept { return edition_; }
+
     /// Longest text of a cell, in units.
     static constexpr std::size_t longest = (std::size_t{1} << 29) - 1;
 
@@ -48,6 +54,7 @@ private:
     };
     struct Block;
 
+    std::size_t blockCount() const noexcept;
     Cell store(CellState state, std::u16string_view text);
     void compact();
     const Block& blockAt(std::size_t number) const;
@@ -55,7 +62,8 @@ private:
     std::u16string units_;
     std::vector<Cell> cells_;
     std::size_t abandoned_ = 0;  // units that no cell points at any more
-    mutable std::vector<std::unique_ptr<Block>> blocks_;
+    std::uint64_t edition_ = 0;
+    mutable std::vector<std::shared_ptr<const Block>> blocks_;
 };
 
 }  // namespace lorvane::recordset

@@ -218,25 +218,31 @@ std::vector<std::uint32_t> sortByKeys(const TextColumn& column, const Collation&
     return turns;
 }
 
-// Two ordered lists into one. Where one is much shorter, its places in the other are found by halves.
-void mergeTurns(const TextColumn& column, const Collation& collation, const std::vector<RowId>& rows, const std::vector<std::uint32_t>& many,
-                const std::vector<std::uint32_t>& fewer, std::vector<std::uint32_t>& out) {
-    const auto before = [&](std::uint32_t a, std::uint32_t b) {
-        const int order = collation.compare(column.text(rows[a]), column.text(rows[b]));
-        return order != 0 ? order < 0 : a < b;
+// Two ordered lists into one. Where one is much shorter, its places in the other are found by halves. `textOf` tells the text of an entry; entries with equal
+// texts ascend.
+template <class TextOf>
+std::vector<std::uint32_t> merged(const Collation& collation, const TextOf& textOf, const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b) {
+    const auto before = [&](std::uint32_t x, std::uint32_t y) {
+        const int order = collation.compare(textOf(x), textOf(y));
+        return order != 0 ? order < 0 : x < y;
     };
+    const std::vector<std::uint32_t>& many = a.size() < b.size() ? b : a;
+    const std::vector<std::uint32_t>& fewer = a.size() < b.size() ? a : b;
+    std::vector<std::uint32_t> out;
+    out.reserve(a.size() + b.size());
     if (fewer.size() * 16 > many.size()) {
         std::ranges::merge(many, fewer, std::back_inserter(out), before);
-        return;
+        return out;
     }
     auto from = many.begin();
-    for (const std::uint32_t turn : fewer) {
-        const auto place = std::lower_bound(from, many.end(), turn, before);
+    for (const std::uint32_t entry : fewer) {
+        const auto place = std::lower_bound(from, many.end(), entry, before);
         out.insert(out.end(), from, place);
-        out.push_back(turn);
+        out.push_back(entry);
         from = place;
     }
     out.insert(out.end(), from, many.end());
+    return out;
 }
 
 }  // namespace
@@ -262,17 +268,17 @@ void sortByText(const TextColumn& column, const Collation& collation, std::vecto
     std::ranges::transform(tabled, std::back_inserter(order), &Entry::turn);
     if (!others.empty()) {
         others = sortByKeys(column, collation, rows, std::move(others));
-        std::vector<std::uint32_t> merged;
-        merged.reserve(rows.size());
-        if (order.size() >= others.size())
-            mergeTurns(column, collation, rows, order, others, merged);
-        else
-            mergeTurns(column, collation, rows, others, order, merged);
-        order = std::move(merged);
+        order = merged(
+            collation, [&](std::uint32_t turn) { return column.text(rows[turn]); }, order, others);
     }
     std::vector<RowId> sorted(rows.size());
     std::ranges::transform(order, sorted.begin(), [&rows](std::uint32_t turn) { return rows[turn]; });
     rows = std::move(sorted);
+}
+
+std::vector<RowId> mergedByText(const TextColumn& column, const Collation& collation, const std::vector<RowId>& a, const std::vector<RowId>& b) {
+    return merged(
+        collation, [&column](RowId row) { return column.text(row); }, a, b);
 }
 
 }  // namespace lorvane::recordset

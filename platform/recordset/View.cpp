@@ -255,6 +255,7 @@ Variant View::value(std::size_t field) {
     if (editMode_ == EditMode::Add) return edit_[field].value_or(Variant());
     const RowId row = currentRow();
     if (editMode_ == EditMode::InProgress && edit_[field]) return *edit_[field];
+    table_->noteRead(row);
     return table_->value(row, field);
 }
 

@@ -280,6 +280,109 @@ TEST_P(AgainstModel, RandomOperationsOnThreeClones) {
     }
 }
 
+// Tables that are copied row by row from others, whole or in part, and from copies, while any of them changes and goes: each is filtered and sorted as a list
+// of its own rows is.
+TEST_P(AgainstModel, CopiesOfTablesThatChange) {
+    struct Kept {
+        Object table;
+        std::vector<ModelRow> rows;
+    };
+    std::mt19937 random(GetParam());
+    const auto below = [&random](std::size_t bound) { return random() % bound; };
+    static constexpr std::u16string_view words[] = {u"a", u"B", u"é", u"Ä", u"ß", u"ab", u"\u4E2D", u"(Shared)", u"no. 7"};
+    const auto randomText = [&] {
+        std::u16string made;
+        for (std::size_t count = below(5); count > 0; --count) made.append(words[below(std::size(words))]).append(u" ");
+        return made;
+    };
+    const auto newTable = [] {
+        const Object table = makeRecordset(collationOf(u"de-DE"));
+        appendField(table, u"t", 200, 200);
+        appendField(table, u"n", 3, 0);
+        table.call(Member::Open);
+        return table;
+    };
+    const auto add = [](Kept& kept, std::u16string value, std::int32_t number) {
+        kept.table.call(Member::AddNew);
+        assign(kept.table, u"t", value);
+        assign(kept.table, u"n", number);
+        kept.table.call(Member::Update);
+        kept.rows.push_back({std::move(value), number, false});
+    };
+    const auto fill = [&](Kept& kept, std::size_t count) {
+        for (; count > 0; --count) add(kept, randomText(), static_cast<std::int32_t>(below(10)));
+    };
+    // The rows of a view, in its order, most of them as they are.
+    const auto copy = [&](const Object& view, bool withSuffix, std::size_t oneOf) {
+        Kept made{newTable(), {}};
+        if (recordCount(view) == 0) return made;
+        for (view.call(Member::MoveFirst); !atEnd(view); view.call(Member::MoveNext)) {
+            if (oneOf > 1 && below(oneOf) != 0) continue;
+            add(made, text(view, u"t") + (withSuffix && below(3) == 0 ? u" (Shared)" : u""), field(view, u"n").getNumber(Member::Value));
+        }
+        return made;
+    };
+    const auto check = [&](const Kept& kept) {
+        const Object view = kept.table.call(Member::Clone).toObject();
+        const Choice& choice = filters[below(std::size(filters))];
+        const Order& order = orders[below(std::size(orders))];
+        view.put(Member::Filter, choice.text);
+        view.put(Member::Sort, order.text);
+        std::vector<ModelRow> expected;
+        std::ranges::copy_if(kept.rows, std::back_inserter(expected), [&](const ModelRow& row) { return !row.isDeleted && choice.keeps(row); });
+        std::ranges::stable_sort(expected, [&](const ModelRow& a, const ModelRow& b) { return order.compare(a, b) < 0; });
+        Texts expectedTexts;
+        for (const ModelRow& row : expected) expectedTexts.push_back(row.text);
+        EXPECT_EQ(walk(view, u"t"), expectedTexts) << "filter " << host::toUtf8(choice.text) << ", sort " << host::toUtf8(order.text);
+    };
+
+    std::vector<Kept> tables;
+    tables.push_back({newTable(), {}});
+    fill(tables[0], 1500);
+    for (int round = 0; round < 40; ++round) {
+        SCOPED_TRACE(round);
+        Kept& chosen = tables[below(tables.size())];
+        switch (below(8)) {
+            case 0:
+                fill(chosen, below(40));
+                break;
+            case 1:  // a text changes
+                if (chosen.rows.empty()) break;
+                chosen.table.call(Member::MoveFirst);
+                for (ModelRow& row : chosen.rows) {
+                    if (row.isDeleted) continue;
+                    row.text = randomText();
+                    assign(chosen.table, u"t", row.text);
+                    chosen.table.call(Member::Update);
+                    break;
+                }
+                break;
+            case 2:  // the first row goes
+                if (const auto first = std::ranges::find(chosen.rows, false, &ModelRow::isDeleted); first != chosen.rows.end()) {
+                    chosen.table.call(Member::MoveFirst);
+                    chosen.table.call(Member::Delete);
+                    first->isDeleted = true;
+                    if (recordCount(chosen.table) > 0) chosen.table.call(Member::MoveFirst);
+                }
+                break;
+            case 3:
+                if (tables.size() > 1) tables.erase(tables.begin() + static_cast<std::ptrdiff_t>(below(tables.size())));
+                break;
+            default: {
+                const Object view = chosen.table.call(Member::Clone).toObject();
+                if (below(3) == 0) view.put(Member::Filter, u"t LIKE '*a*'");
+                if (below(3) == 0) view.put(Member::Sort, orders[below(std::size(orders))].text);
+                Kept made = copy(view, below(3) == 0, 1 + below(3));
+                if (below(3) == 0) fill(made, below(40));
+                if (tables.size() < 6) tables.push_back(std::move(made));
+                break;
+            }
+        }
+        for (const Kept& kept : tables) check(kept);
+        if (HasFailure()) return;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, AgainstModel, testing::Range(0u, 10u));
 
 }  // namespace
