@@ -11,8 +11,9 @@ namespace lorvane::text {
 /// in this order, any case) is replaced wherever it stands. A start delimiter whose fragments hold none of the words stays in front and makes each later
 /// fragment run from it.
 ///
-/// The time grows with the length of the text, also where it is nothing but delimiters or holds very many fragments. Only many different fragments made of the
-/// same few pieces cost more: each at most about what a pass over the text costs. Delimiters that can overlap anything cost such a pass for each fragment.
+/// The time grows with the length of the text, also where it is nothing but delimiters, holds very many fragments, or very many different ones made of the same
+/// few pieces. Only where such fragments come again behind many start delimiters without an end does each cost more: at most about what a pass over the text
+/// costs. Delimiters that can overlap anything, or have no sign but letters, cost such a pass for each fragment.
 const std::u16string& RemoveGrammarCheck(std::u16string& text, std::u16string_view startDelimiter, std::u16string_view endDelimiter);
 
 }  // namespace lorvane::text

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,8 +22,9 @@ inline constexpr std::array<TagWord, 3> tagWords{{{u"FullName", u"[FullName]"}, 
 /// delimiter to an end delimiter.
 ///
 /// Equal pieces, any case, have one number, so that runs are compared by numbers; and each number knows its places, so that a fragment's other places are found
-/// from its rarest piece. What is put in is a piece of its own and joins with nothing: that, and that delimiters, tags and words never overlap, is what
-/// `canHold` asks of the delimiters. So a text is cut only once.
+/// from its rarest piece. What stands between the delimiters and belongs to no fragment, which is nearly all of a common text, is not read for that. What is
+/// put in is a piece of its own and joins with nothing: that, and that delimiters, tags and words never overlap, is what `canHold` asks of the delimiters. So a
+/// text is cut only once.
 class TagPieces {
 public:
     /// A piece's place: places ascend in reading order; one is valid until its piece is replaced.
@@ -36,12 +38,18 @@ public:
         std::size_t length = 0;  ///< in UTF-16 units
     };
 
-    /// False for delimiters that are empty, or can share a unit with each other, with a tag, with a word or with a second one of their own; and for a text too
-    /// long.
+    /// Whether the unit is one of ASCII and no letter: such a one is like no other in any case.
+    static constexpr bool isSign(char16_t unit) noexcept { return unit < 0x80 && !((unit | 0x20) >= u'a' && (unit | 0x20) <= u'z'); }
+
+    /// False for delimiters that are empty or hold no sign, or can share a unit with each other, with a tag, with a word or with a second one of their own; and
+    /// for a text too long.
     static bool canHold(std::u16string_view text, std::u16string_view startDelimiter, std::u16string_view endDelimiter);
 
     /// `text` outlives the pieces.
     TagPieces(std::u16string_view text, std::u16string_view startDelimiter, std::u16string_view endDelimiter);
+    TagPieces(const TagPieces&) = delete;
+    TagPieces& operator=(const TagPieces&) = delete;
+    ~TagPieces();
 
     Place first() const noexcept { return pieces_.empty() ? nowhere : 0; }
     Place after(Place place) const { return pieces_[place].next; }
@@ -50,7 +58,7 @@ public:
     /// The piece with the first end delimiter from `from` on that begins at least `distance` units behind the beginning of `from`.
     Place firstEnd(Place from, std::size_t distance) const;
     /// The words in the pieces from `from` up to `to`, with `to`.
-    Words wordsIn(Place from, Place to) const;
+    Words wordsIn(Place from, Place to);
     /// The run of pieces from `from` up to `to`, with `to`.
     void read(Place from, Place to, Fragment& fragment) const;
     /// Replaces a fragment wherever it stands, from the left, by the tag with this index; what remains of places that overlap stays.
@@ -61,10 +69,12 @@ public:
     void write(std::u16string& text) const;
 
 private:
-    using Symbol = std::uint32_t;  // those of the tags come first
+    using Symbol = std::uint32_t;                      // those of the tags come first
+    static constexpr Symbol unread = tagWords.size();  // of all pieces without a delimiter until their numbers are asked for
 
     struct Piece {
         std::uint32_t offset;  // in the text; `nowhere` for a tag that was put in
+        std::uint32_t length;
         Symbol symbol;
         Place next, previous;            // in reading order
         Place nextAlike, previousAlike;  // of the same symbol, in no order
@@ -85,22 +95,31 @@ private:
         Place first, last;
     };
     class Cutter;
+    class Numbering;
+    class Tails;
 
+    void numberRest();
     const SymbolEntry& symbolAt(Place place) const { return symbols_[pieces_[place].symbol]; }
     void enter(Place place);   // into its symbol's places
     void remove(Place place);  // from its symbol's places
     void replace(Run run, std::size_t tag);
-    bool findByRarest(const Fragment& fragment);  // into runs_
-    void findByWalk(const Fragment& fragment);    // into runs_
+    // Each puts the fragment's places into runs_.
+    bool findByRarest(const Fragment& fragment);
+    bool findByTail(const Fragment& fragment);
+    void findByWalk(const Fragment& fragment);
 
     std::u16string_view text_;
     std::size_t endLength_;  // of the end delimiter
     std::vector<Piece> pieces_;
     std::vector<SymbolEntry> symbols_;
-    Place front_ = nowhere;  // the first piece that the look-ups know
-    std::size_t known_ = 0;  // how many they know
-    std::vector<Run> runs_;  // of the fragment that is being replaced
+    Place front_ = nowhere;         // the first piece that the look-ups know
+    std::size_t known_ = 0;         // how many they know
+    std::vector<Run> runs_;         // of the fragment that is being replaced
+    std::size_t searched_ = 0;      // pieces looked at for fragments' places by their rarest piece
+    std::unique_ptr<Tails> tails_;  // made when that was more than a pass over the text, and given up when they are no better
+    bool triedTails_ = false;
     bool changed_ = false;
+    bool restIsNumbered_ = false;
 };
 
 }  // namespace lorvane::text

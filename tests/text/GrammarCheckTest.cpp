@@ -203,6 +203,36 @@ TEST(GrammarCheckTest, RandomTextsAreAsTold) {
     EXPECT_GT(changed, textsOfThisRun() / 3) << "the texts have become too tame";
 }
 
+/// Starts of two kinds, nested at random, with a word and an end behind each nest, and now and then an end without a word or some letters between.
+std::u16string nestsOfFewPieces(std::uint32_t seed, std::size_t nests) {
+    std::mt19937 random(seed);
+    std::u16string text;
+    const std::size_t deepest = 1 + random() % 20;
+    const bool apart = random() % 2 == 0;
+    for (; nests > 0; --nests) {
+        for (std::size_t depth = 1 + random() % deepest; depth > 0; --depth) text += random() % 2 == 0 ? u"[<span a>" : u"[<SPAN b>";
+        text += random() % 8 == 0 ? u"x" : random() % 4 == 0 ? u"FullName" : u"Date";
+        text += endDelimiter;
+        if (apart) text += random() % 2 == 0 ? u" and so on and so on and so on and so on " : u" ";
+    }
+    return text;
+}
+
+TEST(GrammarCheckTest, ManyDifferentNestsOfTheSameFewPiecesAreAsTold) {
+    for (std::uint32_t seed = 0; seed < 120; ++seed) {
+        const std::u16string text = nestsOfFewPieces(seed, 20 + seed * 3);
+        ASSERT_TRUE(cleaned(text) == naiveRemoveGrammarCheck(text, startDelimiter, endDelimiter)) << seed;
+    }
+}
+
+TEST(GrammarCheckTest, NestsThatComeAgainBehindUnfinishedStartsAreAsTold) {
+    for (std::uint32_t seed = 0; seed < 40; ++seed) {
+        const std::u16string nests = nestsOfFewPieces(seed, 60);
+        const std::u16string text = nests + repeated(u"[<span a>[<span b>", 50) + nests + nests;
+        ASSERT_TRUE(cleaned(text) == naiveRemoveGrammarCheck(text, startDelimiter, endDelimiter)) << seed;
+    }
+}
+
 /// Large texts of which the outcome is known, or soon found step by step.
 class LargeText : public testing::Test {
 protected:

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/Redemption.h"
+#include "host/TextFunctions.h"
 #include "support/TestRun.h"
 
 namespace lorvane::text {
@@ -132,6 +133,17 @@ TEST_F(TemplateTagsTest, TheDateIsThatOfTheMachineAtTheMoment) {
     std::u16string text = u"[Date]";
     run.setNow(u"2028-03-05T23:59:59");
     EXPECT_EQ(ReplaceTemplateTag(text, {}), u"05-Mar-2028");
+}
+
+TEST_F(TemplateTagsTest, ReplaceTagIsTheSameForShortAndLongValues) {
+    for (const std::u16string_view value : {u"", u"J", u"[Dat]", u"[Dots]", u"[date]", u"somebody else"}) {
+        for (const std::u16string_view source : {u"", u"[", u"[Date]", u"[Date][DATE]", u"a [date] b [Date] c", u"[[Date]] [Dat [Date]", u"no tag"}) {
+            std::u16string text(source);
+            const std::u16string& given = ReplaceTag(text, u"[Date]", value);
+            EXPECT_EQ(&given, &text);
+            EXPECT_EQ(text, host::Replace(source, u"[Date]", value, host::Compare::IgnoreCase)) << host::toUtf8(source) << " with " << host::toUtf8(value);
+        }
+    }
 }
 
 TEST_F(TemplateTagsTest, ReplaceTagPutsInWhatItIsGiven) {
