@@ -22,4 +22,10 @@ bool ItemRecord::operator==(const ItemRecord& other) const {
            bodyChanged == other.bodyChanged;
 }
 
+bool isUnsent(const ItemRecord& item) {
+    const auto flags = item.properties.find(tags::MessageFlags);
+    const auto* number = flags == item.properties.end() ? nullptr : std::get_if<std::int32_t>(&flags->second);
+    return number && (*number & message_flags::Unsent) != 0;
+}
+
 }  // namespace lorvane::mailstore

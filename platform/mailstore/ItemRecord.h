@@ -77,6 +77,9 @@ struct ItemRecord {
     bool operator==(const ItemRecord& other) const;  ///< `original` by content
 };
 
+/// True for an item that was not sent yet, nor received.
+bool isUnsent(const ItemRecord& item);
+
 /// MAPI tags of what an item keeps in its property bag.
 namespace tags {
 inline constexpr std::uint32_t ReceivedByName = 0x0040001F;

@@ -22,6 +22,15 @@ struct FolderRecord {
     bool operator==(const FolderRecord&) const = default;
 };
 
+/// That an item stands open for writing in this program; it ends with the object. See `MailStore::noteOpen`.
+class OpenNote {
+public:
+    OpenNote() = default;
+    OpenNote(const OpenNote&) = delete;
+    OpenNote& operator=(const OpenNote&) = delete;
+    virtual ~OpenNote() = default;
+};
+
 /// One store of folders and items: the memory and the SQLite implementation pass one contract suite.
 ///
 /// Every function raises host::HostError: `host_failure::NotFound` for an unknown identity, `ObjectChanged` for a save that lost against a later one, `Failed`
@@ -52,6 +61,14 @@ public:
 
     /// Saves a new item (empty entryId) into the folder, or a known one where it is; gives the head with identity and new version.
     virtual ItemHead saveItem(std::u16string_view folderId, const ItemRecord& item) = 0;
+    /// Notes that this program has an item open for writing. What a killed program typed into it for a moment is taken out by a later opening of the store; see
+    /// `SqliteOptions::typedMarks`. A store that ends with its program has nothing to note and gives none.
+    virtual std::unique_ptr<OpenNote> noteOpen(std::u16string_view /*entryId*/) { return nullptr; }
+    /// Saves an item that stands open, as `saveItem` does. The note is made in the same commit where there is none yet.
+    virtual ItemHead saveOpenItem(std::u16string_view folderId, const ItemRecord& item, std::unique_ptr<OpenNote>& /*note*/) {
+        return saveItem(folderId, item);
+    }
+
     /// Moves an item into a folder of this store; it gets a new identity, which is returned.
     virtual std::u16string moveItem(std::u16string_view entryId, std::u16string_view folderId) = 0;
     virtual void removeItem(std::u16string_view entryId) = 0;

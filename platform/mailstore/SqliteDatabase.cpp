@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <bit>
+#include <cerrno>
 #include <cstring>
 #include <limits>
 
@@ -19,13 +20,18 @@ std::u16string quotedName(const std::filesystem::path& file) {
     return u'"' + host::fromUtf8({reinterpret_cast<const char*>(utf8.data()), utf8.size()}) + u'"';
 }
 
+/// No room: on the disk, of the user's share of it, or under the largest size that a file may have here. SQLite has a code for the first alone.
+bool isOutOfRoom(int code, int systemError) {
+    const int primary = code & 0xFF;
+    const bool noRoom = systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
+    return primary == SQLITE_FULL || ((primary == SQLITE_IOERR || primary == SQLITE_CANTOPEN) && noRoom);
+}
+
 std::u16string sentence(int code, const std::u16string& file, const char* detail) {
     switch (code & 0xFF) {
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
             return u"The store " + file + u" is in use by another program. Close that program or try again later.";
-        case SQLITE_FULL:
-            return u"The disk is full: the store " + file + u" could not be written.";
         case SQLITE_READONLY:
         case SQLITE_PERM:
             return u"The store " + file + u" may not be written.";
@@ -38,6 +44,40 @@ std::u16string sentence(int code, const std::u16string& file, const char* detail
     }
 }
 
+/// The file as a URI, whatever its name holds.
+std::string uriOf(const std::filesystem::path& file, std::string_view parameter) {
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string uri = "file://";
+    for (const char byte : std::filesystem::absolute(file).string()) {
+        const auto value = static_cast<unsigned char>(byte);
+        if (plain.find(byte) == std::string_view::npos)
+            uri += {'%', digits[value >> 4], digits[value & 15]};
+        else
+            uri += byte;
+    }
+    return uri.append("?").append(parameter);
+}
+
+std::string nameFor(FileUse use, const std::filesystem::path& file) {
+    switch (use) {
+        case FileUse::Look:
+            return uriOf(file, "readonly_shm=1");
+        case FileUse::LookAlone:
+            return uriOf(file, "immutable=1");
+        case FileUse::Fill:
+            return uriOf(file, "nolock=1");
+        case FileUse::Keep:
+            break;
+    }
+    return file.string();
+}
+
+int flagsFor(FileUse use) {
+    if (use == FileUse::Keep) return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    return (use == FileUse::Fill ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY) | SQLITE_OPEN_URI;
+}
+
 }  // namespace
 
 void SqliteDatabase::Finalizer::operator()(sqlite3_stmt* statement) const noexcept {
@@ -48,9 +88,12 @@ void SqliteDatabase::Closer::operator()(sqlite3* connection) const noexcept {
     sqlite3_close(connection);
 }
 
-SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs) : fileName_(quotedName(file)) {
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs, FileUse use) : SqliteDatabase(file, busyTimeoutMs, use, file) {}
+
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs, FileUse use, const std::filesystem::path& shownAs)
+    : fileName_(quotedName(shownAs)) {
     sqlite3* connection = nullptr;
-    const int code = sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXRESCODE, nullptr);
+    const int code = sqlite3_open_v2(nameFor(use, file).c_str(), &connection, flagsFor(use) | SQLITE_OPEN_EXRESCODE, nullptr);
     connection_.reset(connection);
     if (code != SQLITE_OK) raise(code);
     sqlite3_busy_timeout(connection, busyTimeoutMs);
@@ -64,9 +107,14 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::int32_t b
 }
 
 void SqliteDatabase::raise(int code) {
+    const int systemError = errno;  // SQLite's own note of it leaves out what fails in a commit
     const int primary = code & 0xFF;
     if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) raiseDamaged(u"its pages cannot be read.");
-    throw host::HostError(host::host_failure::Failed, sentence(code, fileName_, connection_ ? sqlite3_errmsg(connection_.get()) : sqlite3_errstr(code)));
+    sqlite3* const connection = connection_.get();
+    if (isOutOfRoom(code, systemError)) {
+        throw host::HostError(host::host_failure::Failed, u"The disk is full, or your share of it: the store " + fileName_ + u" could not be written.");
+    }
+    throw host::HostError(host::host_failure::Failed, sentence(code, fileName_, connection ? sqlite3_errmsg(connection) : sqlite3_errstr(code)));
 }
 
 void SqliteDatabase::raiseDamaged(std::u16string_view detail) const {
@@ -86,6 +134,18 @@ std::int64_t SqliteDatabase::number(const char* sql) {
 std::string SqliteDatabase::word(const char* sql) {
     Statement statement(*this, sql);
     return statement.step() ? statement.word(0) : std::string();
+}
+
+void SqliteDatabase::copyTo(SqliteDatabase& target) {
+    sqlite3_backup* const copying = sqlite3_backup_init(target.connection_.get(), "main", connection_.get(), "main");
+    if (!copying) target.raise(sqlite3_extended_errcode(target.connection_.get()));
+    const int copied = sqlite3_backup_step(copying, -1);
+    const int finished = sqlite3_backup_finish(copying);
+    const int primary = copied & 0xFF;
+    const bool ofSource = primary == SQLITE_BUSY || primary == SQLITE_LOCKED || primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
+    if (ofSource) raise(copied);
+    if (copied != SQLITE_DONE) target.raise(copied);
+    if (finished != SQLITE_OK) target.raise(finished);
 }
 
 void SqliteDatabase::keepUntouchedOnClose() {
@@ -227,9 +287,13 @@ Transaction::~Transaction() {
 }
 
 void Transaction::commit() {
+    commitUncounted();
+    ++database_.changes_;
+}
+
+void Transaction::commitUncounted() {
     Statement(database_, "COMMIT").run();
     open_ = false;
-    ++database_.changes_;
 }
 
 }  // namespace lorvane::mailstore

@@ -15,11 +15,21 @@ struct sqlite3_stmt;
 
 namespace lorvane::mailstore {
 
+/// What a file is opened for.
+enum class FileUse {
+    Keep,       ///< read and written, made where it is absent
+    Look,       ///< read alone, with what others save meanwhile; nothing is written to it or beside it. Error where a log stands beside it without its index
+    LookAlone,  ///< read alone, of a file that nobody has open: what stands beside it does not count
+    Fill,       ///< written, of a file that nobody else knows of yet: without locks, which not every file system has
+};
+
 /// One connection to one SQLite file. Every failure is a HostError (host_failure::Failed) whose sentence names the file.
 class SqliteDatabase {
 public:
     /// Opens the file and makes it where it is absent. `busyTimeoutMs` is how long to wait while another program writes; 0 does not wait.
-    SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs);
+    SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs, FileUse use = FileUse::Keep);
+    /// The same for a file that stands in for another one, which errors name.
+    SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs, FileUse use, const std::filesystem::path& shownAs);
     SqliteDatabase(const SqliteDatabase&) = delete;
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
@@ -28,6 +38,9 @@ public:
     std::int64_t number(const char* sql);
     /// The word that a statement without parameters gives, as some pragmas do.
     std::string word(const char* sql);
+
+    /// Copies the whole of one saved state into an empty file, whoever writes here meanwhile.
+    void copyTo(SqliteDatabase& target);
 
     /// Leaves what a crashed program left beside the file where it is, instead of taking it into the file on closing.
     void keepUntouchedOnClose();
@@ -106,7 +119,8 @@ public:
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction();
 
-    void commit();  ///< once it returns, the effect is on disk
+    void commit();           ///< once it returns, the effect is on disk
+    void commitUncounted();  ///< the same for what is no change of the store's content
 
 private:
     SqliteDatabase& database_;

@@ -1,11 +1,14 @@
 #include "mailstore/SqliteSchema.h"
 
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include <array>
-#include <fstream>
+#include <cstddef>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "host/HostError.h"
 #include "host/TextFunctions.h"
@@ -21,7 +24,7 @@ using host::host_failure::Failed;
 
 // Text is kept as the bytes of its UTF-16 units, low byte first, since SQLite's own text would not carry lone surrogates and zeros. What lists need is in
 // `items` alone, so that a folder is listed without a page of a body. An item has an inner number beside its identity: a move changes the latter and nothing
-// else.
+// else. Numbers of notes are never given again, so that a note that outlives its item takes nobody else's away.
 constexpr SchemaStep Steps[] = {{R"sql(
 CREATE TABLE store (
     one INTEGER PRIMARY KEY CHECK (one = 1),
@@ -90,6 +93,17 @@ CREATE TABLE settings (
     value BLOB NOT NULL,
     PRIMARY KEY (folded_application, folded_section, folded_key)
 ) WITHOUT ROWID;
+)sql"},
+                                {R"sql(
+CREATE TABLE open_items (
+    note INTEGER PRIMARY KEY AUTOINCREMENT,
+    item INTEGER NOT NULL REFERENCES items (item) ON DELETE CASCADE,
+    process INTEGER NOT NULL,
+    started INTEGER NOT NULL,
+    machine_start BLOB NOT NULL,
+    number_space BLOB NOT NULL,
+    recipients BLOB NOT NULL
+);
 )sql"}};
 
 std::u16string quoted(const fs::path& file) {
@@ -128,21 +142,38 @@ std::uint32_t bigEndian32(const unsigned char* bytes) {
     return static_cast<std::uint32_t>(bytes[0]) << 24 | static_cast<std::uint32_t>(bytes[1]) << 16 | static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3];
 }
 
+using Header = std::array<unsigned char, 100>;
+
+/// The file's first bytes; nothing where it has fewer. Read by SQLite's own means: where a program closes a file by itself, the locks go that SQLite has on it
+/// in the whole process, and another program that closes the store then takes the log away from under this one.
+std::optional<Header> firstBytes(const fs::path& file) {
+    sqlite3_vfs* const system = sqlite3_vfs_find(nullptr);
+    std::vector<std::max_align_t> space(static_cast<std::size_t>(system->szOsFile) / sizeof(std::max_align_t) + 1);
+    auto* const in = reinterpret_cast<sqlite3_file*>(space.data());
+    std::error_code none;
+    const std::string path = fs::canonical(file, none).string() + std::string(2, '\0');  // behind any link, and as names of databases end
+    if (system->xOpen(system, path.c_str(), in, SQLITE_OPEN_MAIN_DB | SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
+        if (in->pMethods) in->pMethods->xClose(in);
+        throw HostError(Failed, u"The store " + quoted(file) + u" cannot be opened. Check that you may read it.");
+    }
+    Header header{};
+    const int read = in->pMethods->xRead(in, header.data(), static_cast<int>(header.size()), 0);
+    in->pMethods->xClose(in);
+    if (read == SQLITE_IOERR_SHORT_READ) return std::nullopt;
+    if (read != SQLITE_OK) throw HostError(Failed, u"The store " + quoted(file) + u" cannot be read.");
+    return header;
+}
+
 /// Refuses by the first bytes alone, so that SQLite never opens a file that is no store: already its opening may write beside it.
 void refuseByHeader(const fs::path& file) {
     // With a journal beside it the file may stand in the middle of a commit that SQLite takes back.
     if (!hasContent(file) || hasContent(beside(file, "-journal"))) return;
-    std::array<unsigned char, 100> header{};
-    std::ifstream in(file, std::ios::binary);
-    if (!in) throw HostError(Failed, u"The store " + quoted(file) + u" cannot be opened. Check that you may read it.");
-    in.read(reinterpret_cast<char*>(header.data()), header.size());
+    const auto header = firstBytes(file);
     constexpr std::string_view magic("SQLite format 3\0", 16);
-    if (in.gcount() != static_cast<std::streamsize>(header.size()) || magic != std::string_view(reinterpret_cast<char*>(header.data()), magic.size())) {
-        throw foreignFile(quoted(file));
-    }
-    const std::uint32_t application = bigEndian32(&header[68]);
+    if (!header || magic != std::string_view(reinterpret_cast<const char*>(header->data()), magic.size())) throw foreignFile(quoted(file));
+    const std::uint32_t application = bigEndian32(&(*header)[68]);
     if (application != 0 && application != StoreApplicationId) throw foreignFile(quoted(file));
-    if (application == StoreApplicationId && bigEndian32(&header[60]) > schemaSteps().size()) throw newerFile(quoted(file));
+    if (application == StoreApplicationId && bigEndian32(&(*header)[60]) > schemaSteps().size()) throw newerFile(quoted(file));
 }
 
 /// Makes the file with its owner's rights alone: what SQLite makes beside it takes them over.
@@ -179,18 +210,6 @@ void fillNewStore(SqliteDatabase& database, const SqliteOptions& options) {
     }
 }
 
-enum class Found { Nothing, Store };
-
-Found refuseUnsuitable(SqliteDatabase& database) {
-    const std::int64_t application = database.number("PRAGMA application_id");
-    const std::int64_t version = database.number("PRAGMA user_version");
-    if (application == 0 && version == 0 && database.number("SELECT count(*) FROM sqlite_schema") == 0) return Found::Nothing;
-    if (application != StoreApplicationId) throw foreignFile(database.fileName());
-    if (version > static_cast<std::int64_t>(schemaSteps().size())) throw newerFile(database.fileName());
-    if (version < 1) database.raiseDamaged(u"its version cannot be read.");
-    return Found::Store;
-}
-
 void makeStore(SqliteDatabase& database, const SqliteOptions& options) {
     Transaction transaction(database, Transaction::Kind::Write);
     // Another program may have made it since.
@@ -208,6 +227,21 @@ std::span<const SchemaStep> schemaSteps() noexcept {
     return Steps;
 }
 
+void refuseUnsuitableFile(const fs::path& file, const SqliteOptions& options) {
+    refuseNetwork(file, options);
+    refuseByHeader(file);
+}
+
+Found refuseUnsuitable(SqliteDatabase& database) {
+    const std::int64_t application = database.number("PRAGMA application_id");
+    const std::int64_t version = database.number("PRAGMA user_version");
+    if (application == 0 && version == 0 && database.number("SELECT count(*) FROM sqlite_schema") == 0) return Found::Nothing;
+    if (application != StoreApplicationId) throw foreignFile(database.fileName());
+    if (version > static_cast<std::int64_t>(schemaSteps().size())) throw newerFile(database.fileName());
+    if (version < 1) database.raiseDamaged(u"its version cannot be read.");
+    return Found::Store;
+}
+
 void migrate(SqliteDatabase& database, std::span<const SchemaStep> steps) {
     if (database.number("PRAGMA user_version") == static_cast<std::int64_t>(steps.size())) return;
     Transaction transaction(database, Transaction::Kind::Write);
@@ -219,8 +253,7 @@ void migrate(SqliteDatabase& database, std::span<const SchemaStep> steps) {
 }
 
 std::shared_ptr<SqliteDatabase> openStoreFile(const fs::path& file, const SqliteOptions& options) {
-    refuseNetwork(file, options);
-    refuseByHeader(file);
+    refuseUnsuitableFile(file, options);
     makePrivateFile(file);
     const bool leftByCrash = hasContent(beside(file, "-wal"));
     auto database = std::make_shared<SqliteDatabase>(file, options.busyTimeoutMs);

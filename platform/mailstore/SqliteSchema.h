@@ -24,6 +24,13 @@ std::span<const SchemaStep> schemaSteps() noexcept;
 /// Runs the steps that the file lacks, in one transaction. The file must have been found suitable.
 void migrate(SqliteDatabase& database, std::span<const SchemaStep> steps);
 
+enum class Found { Nothing, Store };
+
+/// Refuses a file that can be no store of this program, by its place and its first bytes alone: SQLite has not opened it yet.
+void refuseUnsuitableFile(const std::filesystem::path& file, const SqliteOptions& options);
+/// Refuses an open file that is newer, damaged or foreign, and tells whether a store was made in it.
+Found refuseUnsuitable(SqliteDatabase& database);
+
 /// Opens a file as a store, and makes and fills a new one where it is absent. A file that is newer, damaged, foreign or on a network file system is refused
 /// with an error and left as it is.
 std::shared_ptr<SqliteDatabase> openStoreFile(const std::filesystem::path& file, const SqliteOptions& options);

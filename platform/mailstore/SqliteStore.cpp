@@ -4,6 +4,7 @@
 
 #include "mailstore/SqliteDatabase.h"
 #include "mailstore/SqliteItems.h"
+#include "mailstore/SqliteOpenItems.h"
 #include "mailstore/SqliteSchema.h"
 #include "mailstore/SqliteSettings.h"
 #include "mailstore/StoreErrors.h"
@@ -32,7 +33,7 @@ StoreRow readStoreRow(SqliteDatabase& database) {
 
 class SqliteMailStore final : public MailStore {
 public:
-    explicit SqliteMailStore(std::shared_ptr<SqliteDatabase> database) : SqliteMailStore(database, readStoreRow(*database)) {}
+    SqliteMailStore(std::shared_ptr<SqliteDatabase> database, Marks marks) : SqliteMailStore(database, std::move(marks), readStoreRow(*database)) {}
 
     const std::u16string& storeId() const override { return storeId_; }
     const std::u16string& name() const override { return name_; }
@@ -153,11 +154,32 @@ public:
 
     ItemHead saveItem(std::u16string_view folderId, const ItemRecord& record) override {
         Transaction transaction(*database_, Transaction::Kind::Write);
-        ItemHead head = record.head;
-        const std::int64_t item = head.entryId.empty() ? insertHead(folderId, head) : updateHead(head);
-        saveParts(*database_, item, record);
+        const Written written = write(folderId, record);
         transaction.commit();
-        return head;
+        return written.head;
+    }
+
+    std::unique_ptr<OpenNote> noteOpen(std::u16string_view entryId) override {
+        Transaction transaction(*database_, Transaction::Kind::Write);
+        std::int64_t item = 0;
+        {
+            Statement row(*database_, "SELECT item FROM items WHERE entry = ?");
+            if (!row.bind(numberOfItem(entryId)).step()) throw itemNotFound();
+            item = row.number(0);
+        }
+        const std::int64_t row = addOpenItem(*database_, item);
+        transaction.commitUncounted();
+        return makeOpenNote(database_, row, item, marks_);
+    }
+
+    ItemHead saveOpenItem(std::u16string_view folderId, const ItemRecord& record, std::unique_ptr<OpenNote>& note) override {
+        if (note) return saveItem(folderId, record);
+        Transaction transaction(*database_, Transaction::Kind::Write);
+        const Written written = write(folderId, record);
+        const std::int64_t row = addOpenItem(*database_, written.item);
+        transaction.commit();
+        note = makeOpenNote(database_, row, written.item, marks_);
+        return written.head;
     }
 
     std::u16string moveItem(std::u16string_view entryId, std::u16string_view folderId) override {
@@ -182,8 +204,13 @@ public:
     std::uint64_t changeCount() const override { return database_->changeCount(); }
 
 private:
-    SqliteMailStore(std::shared_ptr<SqliteDatabase> database, StoreRow row)
-        : database_(std::move(database)), storeId_(toHexadecimal(row.id)), name_(std::move(row.name)), kind_(row.kind), ids_(row.id) {}
+    SqliteMailStore(std::shared_ptr<SqliteDatabase> database, Marks marks, StoreRow row)
+        : database_(std::move(database)),
+          marks_(std::move(marks)),
+          storeId_(toHexadecimal(row.id)),
+          name_(std::move(row.name)),
+          kind_(row.kind),
+          ids_(row.id) {}
 
     FolderRecord folderAt(const Statement& row) const {
         FolderRecord folder;
@@ -241,6 +268,17 @@ private:
         return row.number(0);
     }
 
+    struct Written {
+        ItemHead head;
+        std::int64_t item;  ///< its inner number
+    };
+    Written write(std::u16string_view folderId, const ItemRecord& record) {
+        Written written{record.head, 0};
+        written.item = written.head.entryId.empty() ? insertHead(folderId, written.head) : updateHead(written.head);
+        saveParts(*database_, written.item, record);
+        return written;
+    }
+
     std::int64_t insertHead(std::u16string_view folderId, ItemHead& head) {
         const std::int64_t folder = requireFolder(folderId);
         const std::int64_t number = nextEntry();
@@ -274,6 +312,7 @@ private:
     }
 
     std::shared_ptr<SqliteDatabase> database_;
+    Marks marks_;
     std::u16string storeId_;
     std::u16string name_;
     std::int32_t kind_;
@@ -282,10 +321,17 @@ private:
 
 }  // namespace
 
-SqliteFile::SqliteFile(const std::filesystem::path& file, const SqliteOptions& options) : database_(openStoreFile(file, options)) {}
+std::unique_ptr<MailStore> makeSqliteMailStore(std::shared_ptr<SqliteDatabase> database) {
+    return std::make_unique<SqliteMailStore>(std::move(database), std::make_shared<const std::vector<std::u16string>>());
+}
+
+SqliteFile::SqliteFile(const std::filesystem::path& file, const SqliteOptions& options)
+    : database_(openStoreFile(file, options)),
+      marks_(std::make_shared<const std::vector<std::u16string>>(options.typedMarks)),
+      mending_(mendAbandonedItems(*database_, *marks_)) {}
 
 std::unique_ptr<MailStore> SqliteFile::mailStore() const {
-    return std::make_unique<SqliteMailStore>(database_);
+    return std::make_unique<SqliteMailStore>(database_, marks_);
 }
 
 std::unique_ptr<SettingsStore> SqliteFile::settings() const {

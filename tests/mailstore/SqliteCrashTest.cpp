@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "mailstore/OtherProgram.h"
 #include "mailstore/Records.h"
 #include "mailstore/SqliteStore.h"
 #include "mailstore/TempFolder.h"
@@ -99,6 +100,25 @@ TEST_F(SqliteCrash, AProgramThatIsKilledWhileItSavesLosesNothingThatReturned) {
     EXPECT_GE(heads[0].version, returned);
     EXPECT_LE(heads[0].version, returned + 1);
     EXPECT_EQ(store->loadItem(heads[0].entryId).body.size(), heads[0].version);
+}
+
+/// Where a program has the file open twice, what closes the one must not let go the locks of the other: another program that closes the store would take itself
+/// for the last one and throw the log away.
+TEST_F(SqliteCrash, AProgramThatOpensTheFileASecondTimeKeepsItsHoldOnIt) {
+    OtherProgram other([&](const OtherProgram::Pause& pause) {
+        const auto items = [&] {
+            const auto store = SqliteFile(file_).mailStore();
+            return store->itemCount(store->wellKnownFolder(6)->entryId);
+        };
+        const std::size_t before = items();
+        pause();
+        if (before != 0 || items() != 1) ::_exit(1);
+    });
+    const auto store = SqliteFile(file_).mailStore();
+    const SqliteFile second(file_);
+    ASSERT_EQ(other.goOn(), OtherProgram::Stand::Paused);
+    store->saveItem(store->wellKnownFolder(6)->entryId, mail(u"x"));
+    EXPECT_EQ(other.goOn(), OtherProgram::Stand::Ended) << "the save is not to be found";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "mailstore/Records.h"
+#include "mailstore/StoreContent.h"
 #include "mailstore/TempFolder.h"
 
 namespace lorvane::mailstore::test {
@@ -29,6 +30,30 @@ TEST_F(SqliteSchema, ANewFileIsMarkedAndHasThisVersion) {
     EXPECT_EQ(database->word("PRAGMA journal_mode"), "wal");
     EXPECT_EQ(database->number("PRAGMA synchronous"), 2);
     EXPECT_EQ(database->number("PRAGMA foreign_keys"), 1);
+}
+
+TEST_F(SqliteSchema, AFileOfTheFirstVersionIsBroughtForwardAndKeepsWhatItHolds) {
+    std::mt19937 source(8);
+    {
+        const auto store = SqliteFile(file_).mailStore();
+        for (int i = 0; i < 5; ++i) store->saveItem(store->wellKnownFolder(6)->entryId, randomRecord(source));
+    }
+    const StoreContent before = contentOf(SqliteFile(file_));
+    // All that the second version added.
+    open()->execute("DROP TABLE open_items; PRAGMA user_version = 1");
+    const SqliteFile file(file_);
+    EXPECT_EQ(contentOf(file), before);
+    EXPECT_TRUE(file.mailStore()->noteOpen(before.items.front().record.head.entryId));
+    EXPECT_EQ(open()->number("PRAGMA user_version"), version_);
+}
+
+TEST_F(SqliteSchema, TheFirstStepMakesTheFirstVersion) {
+    SqliteDatabase database(file_, 0);
+    migrate(database, schemaSteps().first(1));
+    EXPECT_EQ(database.number("PRAGMA user_version"), 1);
+    EXPECT_EQ(database.number("SELECT count(*) FROM sqlite_schema WHERE name = 'open_items'"), 0);
+    migrate(database, schemaSteps().first(2));
+    EXPECT_EQ(database.number("SELECT count(*) FROM sqlite_schema WHERE name = 'open_items'"), 1);
 }
 
 TEST_F(SqliteSchema, FurtherStepsBringAFileForwardAndKeepWhatItHolds) {

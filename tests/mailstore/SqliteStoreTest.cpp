@@ -134,6 +134,17 @@ TEST_F(SqliteStore, AnEmptyFileBecomesANewStore) {
     EXPECT_EQ(open()->name(), u"Personal Folders");
 }
 
+TEST_F(SqliteStore, AFileBehindALinkIsTheSameStore) {
+    const std::filesystem::path link = folder_.file("link");
+    std::filesystem::create_symlink(file_, link);
+    const auto store = open();
+    const ItemHead head = store->saveItem(inboxId(*store), mail(u"x"));
+    const auto same = SqliteFile(link).mailStore();
+    EXPECT_EQ(same->findItem(head.entryId), head);
+    same->removeItem(head.entryId);
+    EXPECT_EQ(store->itemCount(inboxId(*store)), 0u);
+}
+
 TEST_F(SqliteStore, AClosedStoreIsOneFile) {
     {
         const auto store = open();

@@ -1,6 +1,7 @@
 #include "mailstore/TempFolder.h"
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -8,8 +9,8 @@
 
 namespace lorvane::mailstore::test {
 
-TempFolder::TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "lorvane-mailstore-XXXXXX").string();
+TempFolder::TempFolder(const std::filesystem::path& root) {
+    std::string pattern = (root / "lorvane-mailstore-XXXXXX").string();
     if (!::mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
     path_ = pattern;
 }
@@ -17,6 +18,11 @@ TempFolder::TempFolder() {
 TempFolder::~TempFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
+}
+
+std::filesystem::path memoryFolder() {
+    const std::filesystem::path shared = "/dev/shm";
+    return ::access(shared.c_str(), W_OK) == 0 ? shared : std::filesystem::temp_directory_path();
 }
 
 std::vector<std::uint8_t> readBytes(const std::filesystem::path& file) {
