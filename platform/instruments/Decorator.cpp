@@ -36,31 +36,68 @@ auto passing(PassedArguments& arguments, Run&& run) {
 }
 
 /// Stands between an object and the sink of a client, so that the client sees decorated objects.
-class DecoratedSink final : public host::EventSink {
+class DecoratedSink final : public host::EventSink, public std::enable_shared_from_this<DecoratedSink> {
 public:
-    DecoratedSink(std::weak_ptr<host::EventSink> sink, std::shared_ptr<Tap> tap) : sink_(std::move(sink)), tap_(std::move(tap)) {}
+    DecoratedSink(std::weak_ptr<host::EventSink> sink, std::shared_ptr<Tap> tap) : sink_(std::move(sink)), tap_(std::move(tap)), client_(tap_->clientSide()) {}
 
     void onEvent(Member event, Args args) override {
-        const std::shared_ptr<host::EventSink> sink = sink_.lock();
+        const auto self = shared_from_this();  // the client may end the connection meanwhile
+        if (client_)
+            client_([&] { tell(event, args); });
+        else
+            tell(event, args);
+    }
+
+    /// What the platform is given: it lives as long as the connection does. Holding it holds the client's sink too, where both are on one side.
+    std::weak_ptr<host::EventSink> front() {
+        const std::shared_ptr<host::EventSink> client = client_ ? nullptr : sink_.lock();
+        return client ? std::shared_ptr<host::EventSink>(client, this) : shared_from_this();
+    }
+    /// At the client's side: it hears nothing any more, though an event may be on its way.
+    void disconnect() noexcept { isConnected_ = false; }
+
+private:
+    void tell(Member event, Args args) {
+        const std::shared_ptr<host::EventSink> sink = isConnected_ ? sink_.lock() : nullptr;
         if (!sink) return;
         PassedArguments arguments(args, decorating(tap_), &stripped);
         passing(arguments, [&] { sink->onEvent(event, arguments.args()); });
     }
 
-private:
     std::weak_ptr<host::EventSink> sink_;
     std::shared_ptr<Tap> tap_;
+    Tap::ClientSide client_;
+    bool isConnected_ = true;  // touched at the client's side only
 };
 
-/// The object holds the sink in front weakly, so the client's subscription keeps it. The connection is the later member: it goes first.
+/// The object holds the sink in front weakly, so the client's subscription keeps it.
 struct DecoratedConnection {
+    std::shared_ptr<Tap> tap;
     std::shared_ptr<DecoratedSink> sink;
     host::Subscription connection;
+
+    DecoratedConnection(std::shared_ptr<Tap> usedTap, std::weak_ptr<host::EventSink> client)
+        : tap(std::move(usedTap)), sink(std::make_shared<DecoratedSink>(std::move(client), tap)) {}
+    DecoratedConnection(const DecoratedConnection&) = delete;
+    DecoratedConnection& operator=(const DecoratedConnection&) = delete;
+    ~DecoratedConnection() {
+        sink->disconnect();
+        tap->letGo(std::move(connection));
+    }
 };
+
+}  // namespace
 
 class Decorated final : public host::Dispatch {
 public:
-    Decorated(Object inner, std::shared_ptr<Tap> tap) : inner_(std::move(inner)), tap_(std::move(tap)) {}
+    Decorated(Object inner, std::shared_ptr<Tap> tap)
+        : inner_(std::move(inner)), tap_(std::move(tap)), className_(behind().className()), identity_(behind().identity()) {
+        ++tap_->held_;
+    }
+    ~Decorated() override {
+        --tap_->held_;
+        tap_->letGo(std::move(inner_));
+    }
 
     const Object& inner() const noexcept { return inner_; }
     const Tap* tap() const noexcept { return tap_.get(); }
@@ -82,16 +119,19 @@ public:
 
     host::Subscription advise(std::weak_ptr<host::EventSink> sink) override {
         tap_->onAdvise(behind());
-        auto connected = std::make_shared<DecoratedConnection>();
-        connected->sink = std::make_shared<DecoratedSink>(std::move(sink), tap_);
-        connected->connection = behind().advise(connected->sink);
+        auto connected = std::make_shared<DecoratedConnection>(tap_, std::move(sink));
+        tap_->atObject([&] { connected->connection = behind().advise(connected->sink->front()); });
         return host::Subscription(std::move(connected));
     }
 
-    std::optional<Member> memberNamed(std::u16string_view name) const override { return behind().memberNamed(name); }
+    std::optional<Member> memberNamed(std::u16string_view name) const override {
+        std::optional<Member> named;
+        tap_->atObject([&] { named = behind().memberNamed(name); });
+        return named;
+    }
     std::u16string_view memberText(Member member) const noexcept override { return behind().memberText(member); }
-    std::u16string_view className() const noexcept override { return behind().className(); }
-    const void* identity() const noexcept override { return behind().identity(); }
+    std::u16string_view className() const noexcept override { return className_; }
+    const void* identity() const noexcept override { return identity_; }
     host::Dispatch& undecorated() noexcept override { return behind().undecorated(); }
 
 private:
@@ -107,9 +147,10 @@ private:
 
     Object inner_;
     std::shared_ptr<Tap> tap_;
+    // Both stay as they are for as long as the object lives; kept, so that no other thread asks the object itself.
+    std::u16string_view className_;
+    const void* identity_;
 };
-
-}  // namespace
 
 Object decorated(const Object& object, const std::shared_ptr<Tap>& tap) {
     if (!object) return object;

@@ -66,6 +66,7 @@ public:
 
     Variant onUse(const Use& use, const std::function<Variant()>& proceed) override {
         if (isLeftOut(use)) return proceed();
+        forgetOldest();
         const std::size_t number = begun_++;
         calls.push_back(recordedCall(use));
         // Kept apart: the log may be cleared before the use ends.
@@ -96,8 +97,15 @@ public:
     void leaveOut(std::u16string_view className, std::u16string_view member) { leftOut_.push_back({std::u16string(className), std::u16string(member)}); }
 
     std::vector<RecordedCall> calls;
+    std::size_t kept = 0;  // 0 for all
 
 private:
+    void forgetOldest() {
+        if (kept == 0 || calls.size() < 2 * kept) return;
+        calls.erase(calls.begin(), calls.end() - static_cast<std::ptrdiff_t>(kept));
+        cleared_ = begun_ - kept;
+    }
+
     struct LeftOut {
         std::u16string className, member;
     };
@@ -114,7 +122,7 @@ private:
 
     std::ostream* echo_;
     std::size_t begun_ = 0;
-    std::size_t cleared_ = 0;  // how many had begun at the last clearing
+    std::size_t cleared_ = 0;  // how many had begun before the first that is still there
     std::vector<LeftOut> leftOut_;
 };
 
@@ -127,6 +135,10 @@ Recorder::Recorder(std::ostream* echo) : log_(std::make_shared<Log>(echo)) {}
 
 host::Object Recorder::decorate(const host::Object& object) const {
     return decorated(object, log_);
+}
+
+std::size_t Recorder::held() const noexcept {
+    return log_->held();
 }
 
 const std::vector<RecordedCall>& Recorder::calls() const noexcept {
@@ -147,6 +159,10 @@ std::string Recorder::text() const {
 
 void Recorder::clear() {
     log_->clear();
+}
+
+void Recorder::keepLast(std::size_t count) {
+    log_->kept = count;
 }
 
 void Recorder::note(std::u16string_view text) {

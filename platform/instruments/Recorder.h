@@ -43,9 +43,12 @@ public:
     host::Object decorate(const host::Object& object) const;
 
     const std::vector<RecordedCall>& calls() const noexcept;
+    std::size_t held() const noexcept;       ///< how many of the objects that came out of the decorated ones their users still hold; `Tap::held`
     std::vector<std::string> lines() const;  ///< `lineText` of each
     std::string text() const;                ///< the lines, each with "\n" behind it
     void clear();
+    /// Forgets the oldest from now on: about this many, and at most twice as many, stay. 0 keeps all, as it is unless told.
+    void keepLast(std::size_t count);
 
     /// A line of its own among the uses, as what the user did in between.
     void note(std::u16string_view text);

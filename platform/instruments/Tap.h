@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <functional>
 
 #include "host/Object.h"
@@ -30,6 +32,23 @@ public:
     virtual host::Variant onUse(const Use& use, const std::function<host::Variant()>& proceed) = 0;
     /// Runs in front of connecting a sink; raises to refuse it.
     virtual void onAdvise(host::Dispatch&) {}
+
+    /// Runs what is done at the decorated object's side beside its uses: connecting a sink, asking for a name.
+    virtual void atObject(const std::function<void()>& act) { act(); }
+    /// Lets go of an object that is not decorated any more, or of a connection to one. They go as they end here unless they are kept.
+    virtual void letGo(host::Object) noexcept {}
+    virtual void letGo(host::Subscription) noexcept {}
+    /// How sinks that the calling client connects are told of events: at once and with their owners held, where there is no such way.
+    using ClientSide = std::function<void(const std::function<void()>& act)>;
+    virtual ClientSide clientSide() { return nullptr; }
+
+    /// How many decorated objects with this tap in front there are. What goes into the platform is stripped, so it is the client that holds them: a client that
+    /// has let go of everything leaves none behind. An object counts once for each time it came out.
+    std::size_t held() const noexcept { return held_; }
+
+private:
+    friend class Decorated;
+    std::atomic<std::size_t> held_ = 0;
 };
 
 }  // namespace lorvane::instruments

@@ -5,6 +5,7 @@
 
 #include "host/TextFunctions.h"
 #include "screen/ControlActions.h"
+#include "screen/Keyboard.h"
 
 namespace lorvane::screen {
 
@@ -19,22 +20,14 @@ constexpr std::int32_t firstFunctionCode = 112;
 constexpr std::int32_t foreignCode = 231;  // a character that no key of the layout gives
 constexpr std::int32_t linesOfPage = 10;
 
-/// The characters of the keys that give no letter and no blank, without and with shift, and the codes of the keys.
-constexpr std::u16string_view plainSigns = u"0123456789;=,-./`[\\]'", shiftedSigns = u")!@#$%^&*(:+<_>?~{|}\"";
-constexpr std::int32_t signCodes[] = {48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 186, 187, 188, 189, 190, 191, 192, 219, 220, 221, 222};
-static_assert(plainSigns.size() == std::size(signCodes) && shiftedSigns.size() == std::size(signCodes));
-
 struct PressedKey {
     std::int32_t code = 0, shift = 0;
 };
 
 PressedKey codeOfCharacter(char16_t unit) noexcept {
-    if (unit >= u'a' && unit <= u'z') return {unit - u'a' + 65, 0};
-    if (unit >= u'A' && unit <= u'Z') return {unit, shiftMask};
-    if (unit == u' ') return {32, 0};
-    if (const auto at = plainSigns.find(unit); at != std::u16string_view::npos) return {signCodes[at], 0};
-    if (const auto at = shiftedSigns.find(unit); at != std::u16string_view::npos) return {signCodes[at], shiftMask};
-    return {foreignCode, 0};
+    const std::int32_t key = vkKeyScan(unit);
+    constexpr std::int32_t codeMask = 0xFF;
+    return key < 0 || (key & WithControl) != 0 ? PressedKey{foreignCode, 0} : PressedKey{key & codeMask, (key & WithShift) != 0 ? shiftMask : 0};
 }
 
 PressedKey keyOf(const KeyStroke& stroke) noexcept {

@@ -96,6 +96,17 @@ std::int64_t Desktop::now() const noexcept {
     return now_;
 }
 
+std::optional<std::int64_t> Desktop::untilNextTimer() const noexcept {
+    std::optional<std::int64_t> next;
+    for (const std::weak_ptr<TimerEntry>& entry : timers_) {
+        const auto timer = entry.lock();
+        if (!timer || timer->running) continue;
+        const std::int64_t wait = std::max<std::int64_t>(timer->due - now_, 0);
+        if (!next || wait < *next) next = wait;
+    }
+    return next;
+}
+
 void Desktop::advance(std::int64_t milliseconds) {
     if (milliseconds < 0) throw host::HostError(host::runtime_error::InvalidProcedureCall, u"Time does not run backwards.");
     // A timer's action may let time pass itself; what it used up of this stretch is not waited for again.

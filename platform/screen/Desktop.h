@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,8 @@ public:
 
     /// Virtual milliseconds since the run began.
     std::int64_t now() const noexcept;
+    /// Virtual milliseconds until the next timer falls due, 0 where one is; none where no timer runs.
+    std::optional<std::int64_t> untilNextTimer() const noexcept;
     /// Lets time pass: timers that fall due on the way fire at their moments, in order; those of one moment in the order they came. Below 0 is error 5.
     void advance(std::int64_t milliseconds);
     /// Fires `action` every `interval` milliseconds of virtual time from now on, until the subscription goes; an interval below 1 is error 5.

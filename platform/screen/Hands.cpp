@@ -33,7 +33,10 @@ void Hands::RightClick(std::u16string_view window, std::u16string_view control, 
 }
 
 void Hands::Hover(std::u16string_view window, std::u16string_view control) {
-    hoverControl(windows_.reach(window, control));
+    if (control.empty())
+        windows_.reach(window).MouseMove();
+    else
+        hoverControl(windows_.reach(window, control));
 }
 
 void Hands::Type(std::u16string_view window, std::u16string_view control, std::u16string_view text) {

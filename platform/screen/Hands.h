@@ -21,7 +21,7 @@ public:
     void Click(std::u16string_view window, std::u16string_view control, Row row = {});
     void DblClick(std::u16string_view window, std::u16string_view control, Row row = {});
     void RightClick(std::u16string_view window, std::u16string_view control, Row row = {});
-    void Hover(std::u16string_view window, std::u16string_view control);
+    void Hover(std::u16string_view window, std::u16string_view control = u"");  ///< without a control over the window itself
     /// Types at the caret of a text or combo box, which gets the focus; each unit is a key of its own, and a key that moves the focus takes the rest along.
     void Type(std::u16string_view window, std::u16string_view control, std::u16string_view text);
     /// Presses keys, given in the grammar of `SendKeys`, with the focus in the control.

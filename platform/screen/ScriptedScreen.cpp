@@ -151,6 +151,12 @@ void ScriptedScreen::show(Form& form, bool modal) {
         if (modal) throw host::HostError(alreadyShown, u"Form already displayed; can't show modally");
         return windows_.bringToFront(form);
     }
+    try {
+        user_.opening(form, modal);
+    } catch (const host::HostError&) {
+        form.Hide();
+        throw;
+    }
     const std::int32_t handle = windows_.open(form, modal);
     TakenDown onError(windows_, form, handle);
     user_.shown(form, modal);

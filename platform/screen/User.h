@@ -40,6 +40,8 @@ public:
     /// A menu is up: the caption or name of the item chosen; nothing closes it.
     virtual std::optional<std::u16string> choose(const MenuShown&) { return std::nullopt; }
 
+    /// A window is about to come up; raising an error here keeps it from that.
+    virtual void opening(host::Form&, bool /*modal*/) {}
     virtual void pumped() {}                            ///< the code lets pending events run (DoEvents): what a person does in the middle of it
     virtual void shown(host::Form&, bool /*modal*/) {}  ///< a window came up
     virtual void closed(host::Form&) {}                 ///< a window went

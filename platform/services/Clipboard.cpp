@@ -188,4 +188,10 @@ void Clipboard::replaceText(std::u16string_view text) {
     data_.emplace(unicodeTextFormat, blockOfText(text));
 }
 
+void Clipboard::replaceContent(const std::optional<std::u16string>& text, const std::optional<Bytes>& html) {
+    data_.clear();
+    if (text) data_.emplace(unicodeTextFormat, blockOfText(*text));
+    if (html) data_.emplace(formatNamed(htmlFormat), *html);
+}
+
 }  // namespace lorvane::services

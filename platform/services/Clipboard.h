@@ -42,6 +42,8 @@ public:
     /// What another program does: replaces all formats. Refusals do not hold for it.
     void replace(const std::map<std::u16string, host::Bytes>& formats);
     void replaceText(std::u16string_view text);
+    /// Text and a block of "HTML Format" in the place of all that lies there; nothing stays where both are missing.
+    void replaceContent(const std::optional<std::u16string>& text, const std::optional<host::Bytes>& html);
     void clear() noexcept { data_.clear(); }
 
     /// From now on the step answers 0, as where the platform refuses it.

@@ -5,10 +5,13 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "host/TextFunctions.h"
+#include "services/SurfacePath.h"
 
 namespace lorvane::services {
 
@@ -26,9 +29,19 @@ std::u16string loginName() {
     return told ? host::fromUtf8(told) : std::u16string();
 }
 
+std::u16string programFolder() {
+    std::error_code failure;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
+    return failure ? std::u16string() : surfacePath(program.parent_path()).value_or(std::u16string());
+}
+
 std::span<const Environment::Row> Environment::rows() noexcept {
     static constexpr Row table[] = {{host::Member::Variable, &Environment::Variable}};
     return table;
+}
+
+Variant Environment::AppPath(host::Args) {
+    return appPath_ ? *appPath_ : programFolder();
 }
 
 Variant Environment::Variable(host::Args args) {

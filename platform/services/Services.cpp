@@ -21,7 +21,7 @@ Services::Services(ServiceOptions options) {
     files = makeObject<Files>(std::move(options.places), codePage);
     settings = makeObject<Settings>(std::move(options.settings));
     clock = makeObject<Clock>(std::move(options.now));
-    environment = makeObject<Environment>(std::move(options.userName));
+    environment = makeObject<Environment>(std::move(options.userName), std::move(options.appPath));
     clipboard = makeObject<Clipboard>(codePage);
     region = makeObject<Region>(locale, codePage);
     shell = makeObject<Shell>(std::move(options.shell));

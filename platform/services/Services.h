@@ -22,6 +22,7 @@ struct ServiceOptions {
     std::u16string localeName = u"en-US";                ///< in any form of `regionName`
     std::string codePage;                                ///< as "windows-1252"; that of the region where it is empty
     std::optional<std::u16string> userName;              ///< the login name where there is none
+    std::optional<std::u16string> appPath;               ///< the add-in's own folder, with "\"; the running program's where there is none
     ShellHook shell;                                     ///< decides what becomes of requests to the shell; none starts anything
 };
 

@@ -66,6 +66,34 @@ TEST_F(Decorator, NothingStaysNothing) {
     EXPECT_FALSE(shown.getObject(Member::Inspector));
 }
 
+TEST_F(Decorator, ATapCountsWhatItsUsersHold) {
+    EXPECT_EQ(tap->held(), 1u);
+    {
+        const Object inspector = shown.getObject(Member::Inspector), again = shown.getObject(Member::Inspector), copy = again;
+        EXPECT_EQ(tap->held(), 3u);
+    }
+    EXPECT_EQ(tap->held(), 1u);
+    shown = Object();
+    EXPECT_EQ(tap->held(), 0u);
+}
+
+TEST_F(Decorator, ASinksOwnerIsHeldWhileAnEventIsTold) {
+    struct Owner {
+        FakeSink sink;
+        host::Subscription connection;
+    };
+    auto first = std::make_shared<Owner>(), second = std::make_shared<Owner>();
+    for (const auto& owner : {first, second}) owner->connection = shown.advise(std::shared_ptr<host::EventSink>(owner, &owner->sink));
+    int heard = 0;
+    first->sink.heard = [&](Member, host::Args) { second.reset(); };
+    second->sink.heard = [&](Member, host::Args) { ++heard; };
+    fake().events.raise(Member::Close);
+    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(second, nullptr);
+    fake().events.raise(Member::Close);
+    EXPECT_EQ(heard, 1);
+}
+
 TEST_F(Decorator, TheSameInstrumentStandsInFrontOnlyOnce) {
     EXPECT_EQ(decorated(shown, tap).dispatch(), shown.dispatch());
     shown.getText(Member::Subject);

@@ -253,6 +253,38 @@ TEST_F(ControlsTest, ThePointerIsOverALabelBeforeItClicksIt) {
     EXPECT_EQ(said(), (Said{"lblLink_MouseMove", "lblLink_MouseMove", "lblLink_Click"}));
 }
 
+TEST_F(ControlsTest, ThePointerOverTheWindowItselfIsHeardThere) {
+    frmSample& form = shown();
+    form.MouseMove = [] { said().push_back("Form_MouseMove"); };
+    user.Hover(u"frmSample");
+    EXPECT_EQ(said(), Said{"Form_MouseMove"});
+    form.Hide();
+    EXPECT_EQ(refusal([&] { user.Hover(u"frmSample"); }), u"The window \"frmSample\" is not open.");
+}
+
+TEST_F(ControlsTest, ASelectionStaysInsideTheTextOfAnyBox) {
+    frmSample& form = shown();
+    const auto expectInside = [](host::TextEntry& box) {
+        box.Text = u"abc";
+        box.SelStart = 9;
+        EXPECT_EQ(box.SelStart, 3);
+        box.SelStart = 1;
+        box.SelLength = 9;
+        EXPECT_EQ(box.SelLength, 2);
+        box.Text = u"d";
+        EXPECT_EQ(box.SelStart, 0);
+        EXPECT_EQ(box.SelLength, 0);
+    };
+    expectInside(form.txtOther);
+    expectInside(form.cmbNames);
+    form.cmbNames.AddItem(u"x");
+    form.cmbNames.Text = u"abc";
+    form.cmbNames.SelStart = 2;
+    form.cmbNames.ListIndex = form.cmbNames.ListCount() - 1;
+    EXPECT_EQ(form.cmbNames.Text.get(), u"x");
+    EXPECT_EQ(form.cmbNames.SelStart, 0) << "a line that is chosen is a new text";
+}
+
 TEST_F(ControlsTest, WhatCannotBeReachedIsRefusedInASentence) {
     EXPECT_EQ(refusal([&] { user.Click(u"frmSample", u"cmdOK"); }), u"The window \"frmSample\" is not open.");
     frmSample& form = shown();
@@ -310,6 +342,15 @@ TEST_F(ControlsTest, TextHasAWidthThatNeverVaries) {
     EXPECT_EQ(screen().TextWidth(u"Mab"), 330);
     EXPECT_EQ(screen().TextWidth(u"ab") + screen().TextWidth(u"cd"), screen().TextWidth(u"abcd"));
     EXPECT_EQ(screen().TextWidth(u"\U0001F600"), 180);
+}
+
+TEST_F(ControlsTest, WindowsAndControlsNameTheirMembersBothWays) {
+    frmSample& form = shown();
+    for (const char16_t* name : {u"Caption", u"Show", u"txtSearch"}) EXPECT_EQ(form.memberText(form.memberNamed(name).value()), name);
+    const host::Object box = form.txtSearch.handle();
+    for (const char16_t* name : {u"Text", u"SetFocus"}) EXPECT_EQ(box.dispatch()->memberText(box.dispatch()->memberNamed(name).value()), name);
+    EXPECT_EQ(form.memberText(host::Member::Subject), u"Subject") << "a member of the surface, though the window has none";
+    EXPECT_EQ(form.memberText(static_cast<host::Member>(0x2FFF)), u"?");
 }
 
 TEST_F(ControlsTest, TheScreenNamesAMemberItDoesNotHave) {
