@@ -46,7 +46,7 @@ void Connect::CopyRangeToClipBoard(std::u16string_view entryId, std::u16string_v
     Apartment& here = apartment();
     here.machine.clipboard().Clear();
     ensureNameSpace();
-    const MailItem item = here.gNameSpace.GetItemFromID(entryId, storeId);
+    MailItem item = here.gNameSpace.GetItemFromID(entryId, storeId);
     const SafeInspector inspector = makeSafeInspector(makeSafeMailItem(item).GetInspector());
     const Object document = inspector.WordEditor();
     std::u16string text = document.getObject(Member::Range).getText(Member::Text);
@@ -55,14 +55,16 @@ void Connect::CopyRangeToClipBoard(std::u16string_view entryId, std::u16string_v
     range.put(Member::Text, Variant(text));
     range.call(Member::Select);
     range.call(Member::Copy);
+    item = {};
     inspector.Close(response ? olDiscard : olSave);
 }
 
 void Connect::PasteRangeToEmail() {
     withErrorBox(u"PasteRangeToEmail", [] {
         ensureNameSpace();
+        const bool guarded = IsGuardedOutlook10();
         const Inspector active = apartment().gOutlook.ActiveInspector();
-        const Object document = IsGuardedOutlook10() ? makeSafeInspector(active).WordEditor() : active.WordEditor();
+        const Object document = guarded ? makeSafeInspector(active).WordEditor() : active.WordEditor();
         document.getObject(Member::Application).getObject(Member::Selection).call(Member::Paste, {std::int16_t{0}});
     });
 }
@@ -89,9 +91,10 @@ Variant Connect::call(Member member, Args args) {
             WordEditorVariablesSet(requiredArgument(args, 0), requiredArgument(args, 1), requiredArgument(args, 2));
             return {};
         case Member::CopyRangeToClipBoard: {
-            const auto objectAt = [&](std::size_t index) { return argumentAt(args, index).isMissing() ? Object() : argumentAt(args, index).toObject(); };
-            CopyRangeToClipBoard(requiredArgument(args, 0).toText(), requiredArgument(args, 1).toText(), objectAt(2), requiredArgument(args, 3).toInt32(),
-                                 requiredArgument(args, 4).toText(), objectAt(5));
+            // The target of the tags is optional, and with it all that is said about it.
+            const auto optional = [&](std::size_t index) { return argumentAt(args, index).isMissing() ? Variant() : argumentAt(args, index); };
+            CopyRangeToClipBoard(requiredArgument(args, 0).toText(), requiredArgument(args, 1).toText(), optional(2).toObject(), optional(3).toInt32(),
+                                 optional(4).toText(), optional(5).toObject());
             return {};
         }
         case Member::PasteRangeToEmail:

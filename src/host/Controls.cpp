@@ -24,8 +24,10 @@ public:
     void put(Member member, const Variant& value, Args) override { control_.putMember(member, value, className()); }
     Variant call(Member member, Args args) override { return control_.callMember(member, args, className()); }
     std::optional<Member> memberNamed(std::u16string_view name) const override { return control_.memberByName(name); }
+    std::u16string_view memberText(Member member) const noexcept override { return control_.nameOfMember(member); }
     std::u16string_view className() const noexcept override { return control_.className(); }
     const void* identity() const noexcept override { return &control_; }
+    Control& control() const noexcept { return control_; }
 
 private:
     Object form_;
@@ -93,6 +95,11 @@ Object Control::handle() {
     return makeObject<ControlHandle>(*this);
 }
 
+Control* Control::behind(const Object& handle) noexcept {
+    const auto* shown = implementation<ControlHandle>(handle);
+    return shown ? &shown->control() : nullptr;
+}
+
 void Control::SetFocus() {
     if (!form_.isVisible() || !isReachable()) throw HostError(runtime_error::InvalidProcedureCall);
     form_.setFocus(this);
@@ -101,22 +108,26 @@ void Control::SetFocus() {
 Button::Button(Form& form, std::u16string_view name, std::u16string_view caption, Control* container)
     : Control(form, ControlKind::Button, name, caption, container), Default(*this, u"Default"), Cancel(*this, u"Cancel") {}
 
-TextBox::TextBox(Form& form, std::u16string_view name, std::u16string_view text, Control* container)
-    : Control(form, ControlKind::TextBox, name, u"", container),
-      Text(*this, u"Text", std::u16string(text)),
-      SelStart(*this, u"SelStart"),
-      SelLength(*this, u"SelLength") {}
+TextEntry::TextEntry(Form& form, ControlKind kind, std::u16string_view name, std::u16string_view caption, std::u16string_view text, Control* container)
+    : Control(form, kind, name, caption, container), Text(*this, u"Text", std::u16string(text)), SelStart(*this, u"SelStart"), SelLength(*this, u"SelLength") {}
 
-void TextBox::propertyChanged(PropertyBase& property) {
+void TextEntry::putCaretToStart() {
+    SelStart.setQuietly(0);
+    SelLength.setQuietly(0);
+}
+
+void TextEntry::propertyChanged(PropertyBase& property) {
     if (&property == &Text) {
-        SelStart.setQuietly(0);
-        SelLength.setQuietly(0);
+        putCaretToStart();
         Change();
     } else if (&property == &SelStart || &property == &SelLength) {
         SelStart.setQuietly(clamped(SelStart, Text.get().size()));
         SelLength.setQuietly(clamped(SelLength, Text.get().size() - static_cast<std::size_t>(SelStart.get())));
     }
 }
+
+TextBox::TextBox(Form& form, std::u16string_view name, std::u16string_view text, Control* container)
+    : TextEntry(form, ControlKind::TextBox, name, u"", text, container) {}
 
 OptionButton::OptionButton(Form& form, std::u16string_view name, std::u16string_view caption, Control* container)
     : Control(form, ControlKind::Option, name, caption, container), Value(*this, u"Value") {}
@@ -137,11 +148,7 @@ void CheckBox::propertyChanged(PropertyBase& property) {
 }
 
 ComboBox::ComboBox(Form& form, std::u16string_view name, std::u16string_view caption, Control* container)
-    : Control(form, ControlKind::ComboBox, name, caption, container),
-      Text(*this, u"Text"),
-      ListIndex(*this, u"ListIndex", -1),
-      SelStart(*this, u"SelStart"),
-      SelLength(*this, u"SelLength") {
+    : TextEntry(form, ControlKind::ComboBox, name, caption, u"", container), ListIndex(*this, u"ListIndex", -1) {
     addMethod(u"ListCount", [this](Args) { return Variant(ListCount()); });
     addMethod(u"List", [this](Args args) { return Variant(List(requiredArgument(args, 0).toInt32())); });
 }
@@ -168,16 +175,12 @@ void ComboBox::propertyChanged(PropertyBase& property) {
             throw HostError(InvalidPropertyArrayIndex, u"Invalid property array index");
         }
         Text.setQuietly(ListIndex < 0 ? std::u16string() : List(ListIndex));
+        putCaretToStart();
         Click();
-    } else if (&property == &Text) {
-        ListIndex.setQuietly(-1);
-        SelStart.setQuietly(0);
-        SelLength.setQuietly(0);
-        Change();
-    } else if (&property == &SelStart || &property == &SelLength) {
-        SelStart.setQuietly(clamped(SelStart, Text.get().size()));
-        SelLength.setQuietly(clamped(SelLength, Text.get().size() - static_cast<std::size_t>(SelStart.get())));
+        return;
     }
+    if (&property == &Text) ListIndex.setQuietly(-1);
+    TextEntry::propertyChanged(property);
 }
 
 ListBox::ListBox(Form& form, std::u16string_view name, std::u16string_view caption, Control* container)

@@ -30,6 +30,8 @@ public:
     bool isReachable() const noexcept;
     /// A handle for by-name access, which keeps the window's object alive.
     Object handle();
+    /// The control behind such a handle; null for any other object and for Nothing.
+    static Control* behind(const Object& handle) noexcept;
 
     Property<std::u16string> Caption, Tag, ToolTipText;
     Property<bool> Enabled, Visible;
@@ -66,18 +68,25 @@ public:
     Event<> Click;
 };
 
-class TextBox final : public Control {
+/// A control that holds a text of its own, with a selection in it.
+class TextEntry : public Control {
+public:
+    Property<std::u16string> Text;
+    Property<std::int32_t> SelStart, SelLength;  ///< UTF-16 units, always inside the text; a new Text puts the caret to its start
+    Event<> Change;
+
+protected:
+    TextEntry(Form& form, ControlKind kind, std::u16string_view name, std::u16string_view caption, std::u16string_view text, Control* container);
+    void propertyChanged(PropertyBase& property) override;
+    void putCaretToStart();
+};
+
+class TextBox final : public TextEntry {
 public:
     TextBox(Form& form, std::u16string_view name, std::u16string_view text = u"", Control* container = nullptr);
-    Property<std::u16string> Text;
-    Property<std::int32_t> SelStart, SelLength;  ///< UTF-16 units; a new Text puts the caret to its start
-    Event<> Change;
     Event<std::int32_t&, std::int32_t> KeyDown;  ///< key code (0 swallows the key) and shift state
     Event<std::int32_t&> KeyPress;               ///< character (0 swallows it)
     Event<std::int32_t&, std::int32_t> KeyUp;
-
-protected:
-    void propertyChanged(PropertyBase& property) override;
 };
 
 /// One of the options of a container, of which one is on at a time.
@@ -102,12 +111,11 @@ protected:
 };
 
 /// A drop-down with a text of its own. Choosing a line puts it into `Text` and raises Click; another `Text` raises Change.
-class ComboBox final : public Control {
+class ComboBox final : public TextEntry {
 public:
     ComboBox(Form& form, std::u16string_view name, std::u16string_view caption = u"", Control* container = nullptr);
-    Property<std::u16string> Text;
-    Property<std::int32_t> ListIndex, SelStart, SelLength;
-    Event<> Click, Change;
+    Property<std::int32_t> ListIndex;
+    Event<> Click;
 
     void AddItem(std::u16string line);
     void Clear();  ///< no lines, no text

@@ -24,9 +24,19 @@ Form::Form(std::u16string_view name, std::u16string_view caption)
       Width(*this, u"Width"),
       Height(*this, u"Height"),
       name_(name) {
+    addMethod(u"Name", [this](Args) { return Variant(name_); });
     addMethod(u"Visible", [this](Args) { return Variant(visible_); });
+    addMethod(u"Show", [this](Args args) {
+        const Variant& modal = argumentAt(args, 0);
+        Show(!modal.isMissing() && modal.toBoolean());
+        return Variant();
+    });
     addMethod(u"Hide", [this](Args) {
         Hide();
+        return Variant();
+    });
+    addMethod(u"Unload", [this](Args) {
+        unload();
         return Variant();
     });
 }
@@ -93,6 +103,12 @@ std::optional<Member> Form::memberNamed(std::u16string_view name) const {
     for (std::size_t i = 0; i < controls_.size(); ++i)
         if (equalsIgnoreCase(controls_[i]->name(), name)) return static_cast<Member>(controlMembers + i);
     return std::nullopt;
+}
+
+std::u16string_view Form::memberText(Member member) const noexcept {
+    const auto number = static_cast<std::size_t>(member);
+    if (number >= controlMembers && number - controlMembers < controls_.size()) return controls_[number - controlMembers]->name();
+    return nameOfMember(member);
 }
 
 Variant Form::get(Member member, Args args) {

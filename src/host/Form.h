@@ -35,6 +35,7 @@ public:
 
     Property<std::u16string> Caption, Tag;
     Property<std::int32_t> MousePointer, Left, Top, Width, Height;
+    Event<> MouseMove;  ///< the pointer over the window itself, beside its controls
 
     // For a screen:
     void activate();  ///< the window came up: Form_Activate, once a showing
@@ -43,6 +44,7 @@ public:
 
     std::u16string_view className() const noexcept override { return name_; }
     std::optional<Member> memberNamed(std::u16string_view name) const override;
+    std::u16string_view memberText(Member member) const noexcept override;
     Variant get(Member member, Args args) override;
     void put(Member member, const Variant& value, Args args) override;
     Variant call(Member member, Args args) override;

@@ -97,15 +97,21 @@ Subscription EventSource::advise(std::weak_ptr<EventSink> sink) {
 
 void EventSource::raise(Member event, Args args) {
     if (connections_.empty()) return;
-    // From here on nothing of this object is touched: a sink may drop the last handle on what owns it.
-    const std::vector<std::weak_ptr<Connection>> told = connections_;
-    for (const std::weak_ptr<Connection>& entry : told) {
-        // The connection is let go before the sink runs; held on, it would outlive its subscription and be heard by an event inside this one.
+    struct Told {
+        // Not held: it would outlive its subscription and be heard by an event inside this one.
+        std::weak_ptr<Connection> connection;
         std::shared_ptr<EventSink> sink;
-        if (const auto connection = entry.lock()) sink = connection->sink.lock();
-        if (!sink) continue;
+    };
+    std::vector<Told> told;
+    for (const std::weak_ptr<Connection>& entry : connections_) {
+        if (const auto connection = entry.lock())
+            if (auto sink = connection->sink.lock()) told.push_back({entry, std::move(sink)});
+    }
+    // From here on nothing of this object is touched: a sink may drop the last handle on what owns it.
+    for (const Told& one : told) {
+        if (one.connection.expired()) continue;
         try {
-            sink->onEvent(event, args);
+            one.sink->onEvent(event, args);
         } catch (const HostError&) {
             // The host ignores the error of an event handler and tells the next one.
         }

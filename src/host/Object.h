@@ -149,7 +149,8 @@ T* implementation(const Object& object) noexcept {
     return object ? dynamic_cast<T*>(&object.dispatch()->undecorated()) : nullptr;
 }
 
-/// The sinks of one object. Raising walks a copy and holds each sink alive; a sink that is unadvised meanwhile is not called any more.
+/// The sinks of one object. Raising walks a copy and holds all sinks of its start alive until each was told, and with a sink what owns it where the two share
+/// their count; a sink that is unadvised meanwhile is not called any more. One whose owner was let go by all others hears this event and nothing after it.
 /// The HostError of a sink is ignored and the next one is told, as the host does. The source itself may end inside its own event.
 class EventSource {
 public:

@@ -182,6 +182,7 @@ public:
     MAPIFolder GetFolderFromID(std::u16string_view entryId, std::u16string_view storeId) const {
         return MAPIFolder(call(Member::GetFolderFromID, {entryId, storeId}).toObject());
     }
+    MAPIFolder GetFolderFromID(std::u16string_view entryId) const { return MAPIFolder(call(Member::GetFolderFromID, {entryId}).toObject()); }
     MailItem GetItemFromID(std::u16string_view entryId, std::u16string_view storeId) const {
         return MailItem(call(Member::GetItemFromID, {entryId, storeId}).toObject());
     }

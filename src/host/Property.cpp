@@ -27,6 +27,12 @@ std::optional<Member> PropertyOwner::memberByName(std::u16string_view name) cons
     return std::nullopt;
 }
 
+std::u16string_view PropertyOwner::nameOfMember(Member member) const noexcept {
+    const std::size_t index = static_cast<std::size_t>(member) - windowMembers;
+    if (static_cast<std::size_t>(member) < windowMembers || index >= properties_.size() + methods_.size()) return memberName(member);
+    return index < properties_.size() ? properties_[index]->name() : methods_[index - properties_.size()].first;
+}
+
 Variant PropertyOwner::getMember(Member member, Args args, std::u16string_view className) {
     const std::size_t index = static_cast<std::size_t>(member) - windowMembers;
     if (static_cast<std::size_t>(member) < windowMembers) raiseNoSuchMember(className, member);

@@ -47,6 +47,8 @@ public:
 
     /// By-name access of the surface: numbers run from `windowMembers` over the properties and then the methods.
     std::optional<Member> memberByName(std::u16string_view name) const noexcept;
+    /// The other way; "?" for a number that is neither a property nor a method.
+    std::u16string_view nameOfMember(Member member) const noexcept;
     Variant getMember(Member member, Args args, std::u16string_view className);
     void putMember(Member member, const Variant& value, std::u16string_view className);
     Variant callMember(Member member, Args args, std::u16string_view className);

@@ -193,6 +193,10 @@ bool operator==(const Variant& a, const Variant& b) {
     return a.value_ == b.value_;
 }
 
+std::u16string fieldText(const Variant& field) {
+    return field.isNull() ? std::u16string() : field.toText();
+}
+
 Argument Argument::byReference(Variant& variable) {
     Argument argument{Variant()};
     argument.reference_ = &variable;

@@ -84,6 +84,9 @@ private:
     Storage value_;
 };
 
+/// The text of a property that an item or entry may lack: "" for Null, else as `toText`.
+std::u16string fieldText(const Variant& field);
+
 /// A list of values with its lower bound, as automation passes arrays.
 struct Array {
     std::int32_t lower = 0;

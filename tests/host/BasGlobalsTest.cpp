@@ -43,8 +43,9 @@ TEST(GuardedVersionTest, BeginsWithBuild6515OfVersion10) {
         std::u16string_view version;
         bool guarded;
     };
-    for (const Turn& turn : {Turn{u"10", false}, Turn{u"10.0.0.6514", false}, Turn{u"10.0.0.6515", true}, Turn{u"10.0.0.6820", true},
-                             Turn{u"11.0.0.6515", false}, Turn{u"9.0.0.6627", false}}) {
+    for (const Turn& turn : {Turn{u"10", false}, Turn{u"10.0.0.6514", false}, Turn{u"10.0.0.6515", true}, Turn{u"10.0.0.6820", true}, Turn{u"10.6515", true},
+                             Turn{u"10.0.6515.0", false}, Turn{u"10.0.0.build", false}, Turn{u"100.0.0.6515", false}, Turn{u"11.0.0.6515", false},
+                             Turn{u"9.0.0.6627", false}, Turn{u"12.0.0.6515", false}}) {
         TestRun run({.version = std::u16string(turn.version), .connected = false});
         EXPECT_EQ(IsGuardedOutlook10(), turn.guarded) << toUtf8(turn.version);
     }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "host/Redemption.h"
 #include "host/basGlobals.h"
 #include "store/FoldersRig.h"
 
@@ -148,11 +149,29 @@ TEST(SessionTest, WithoutAHostNoneIsMade) {
     EXPECT_FALSE(run.apartment().gRdoSession);
 }
 
-TEST(SessionTest, AFailureIsNotReported) {
-    TestRun run({.instruments = true});
-    run.faults().failNth(u"RDOSession", u"MAPIOBJECT", 1, host_failure::Failed);
+TEST(SessionTest, EachTimeANewOneIsMade) {
+    TestRun run;
+    const Object before = run.apartment().gRdoSession;
     InitializeRDOSession();
-    EXPECT_TRUE(run.boxes().empty());
+    EXPECT_TRUE(run.apartment().gRdoSession);
+    EXPECT_FALSE(run.apartment().gRdoSession == before);
+    EXPECT_EQ(RDOSession(run.apartment().gRdoSession).GetFolderFromID(run.templatesFolder().EntryID(), run.templatesFolder().StoreID()).Name(), u"Lorvane");
+}
+
+TEST(SessionTest, AFailureIsNotReported) {
+    struct Turn {
+        std::u16string_view version, className, member;
+    };
+    for (const Turn& turn :
+         {Turn{u"11.0.0.5510", u"RDOSession", u"MAPIOBJECT"}, Turn{u"11.0.0.5510", u"NameSpace", u"MAPIOBJECT"},
+          Turn{u"11.0.0.5510", u"Application", u"Session"}, Turn{u"11.0.0.5510", u"Machine", u"CreateObject"}, Turn{u"9.0.0.6627", u"RDOSession", u"Logon"}}) {
+        TestRun run({.version = std::u16string(turn.version), .instruments = true});
+        run.faults().failNth(turn.className, turn.member, 1, host_failure::Failed);
+        InitializeRDOSession();
+        EXPECT_EQ(run.faults().failures(), 1U) << toUtf8(turn.member);
+        EXPECT_TRUE(run.boxes().empty());
+        EXPECT_TRUE(run.apartment().gRdoSession) << "what cannot be made leaves the one from before";
+    }
 }
 
 TEST(DisconnectTest, LetsTheReferencesGo) {
@@ -214,6 +233,37 @@ TEST_F(SharedStateTest, SettingTakesAllThree) {
     EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), other.EntryID());
     EXPECT_FALSE(run.apartment().gNameSpace);
     EXPECT_TRUE(run.apartment().gOutlook);
+}
+
+TEST_F(SharedStateTest, WhatIsNoObjectCostsItsOwnStatementOnly) {
+    folder = Variant(u"no folder");
+    get();
+    EXPECT_EQ(folder, Variant(u"no folder"));
+    EXPECT_TRUE(nameSpace.toObject() == run.apartment().gNameSpace);
+    EXPECT_TRUE(application.toObject() == run.apartment().gOutlook);
+
+    const std::u16string before = run.apartment().TemplatesFolder.EntryID();
+    byName.call(Member::WordEditorVariablesSet, {Variant(u"no folder"), Variant(Object()), Variant(Object(run.application()))});
+    EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), before);
+    EXPECT_FALSE(run.apartment().gNameSpace);
+    EXPECT_TRUE(run.apartment().gOutlook);
+}
+
+TEST_F(SharedStateTest, TheHostHandsOutTheSameState) {
+    byName = run.application().CreateObject(u"Lorvane.Connect");
+    get();
+    EXPECT_EQ(MAPIFolder(folder.toObject()).EntryID(), run.apartment().TemplatesFolder.EntryID());
+    const MAPIFolder other = run.addFolder(topFolder(run), u"Other");
+    byName.call(Member::WordEditorVariablesSet, {Variant(Object(other)), nameSpace, application});
+    EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), other.EntryID());
+    Variant again, unused, unusedToo;
+    byName.call(Member::WordEditorVariablesGet, {Argument::byReference(again), Argument::byReference(unused), Argument::byReference(unusedToo)});
+    EXPECT_EQ(MAPIFolder(again.toObject()).EntryID(), other.EntryID()) << "the newest folder is handed out";
+}
+
+TEST_F(SharedStateTest, AFolderThatIsNothingTakesTheCurrentOneAway) {
+    byName.call(Member::WordEditorVariablesSet, {Variant(Object()), Variant(Object(run.session())), Variant(Object(run.application()))});
+    EXPECT_FALSE(run.apartment().TemplatesFolder);
 }
 
 /// The folder routines, by name.

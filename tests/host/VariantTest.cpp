@@ -122,6 +122,14 @@ TEST(Variant, WhatIsNoNumberIsError13) {
     EXPECT_EQ(numberOf([] { Variant::missing().toText(); }), 13);
 }
 
+TEST(Variant, TheTextOfAFieldThatIsNotThereIsEmpty) {
+    EXPECT_EQ(fieldText(Variant::null()), u"");
+    EXPECT_EQ(fieldText(Variant()), u"");
+    EXPECT_EQ(fieldText(Variant(u"text")), u"text");
+    EXPECT_EQ(fieldText(Variant(7)), u"7");
+    EXPECT_THROW(fieldText(Variant(Object())), HostError);
+}
+
 TEST(Variant, NullCannotBeConverted) {
     EXPECT_EQ(numberOf([] { Variant::null().toText(); }), 94);
     EXPECT_EQ(numberOf([] { Variant::null().toInt16(); }), 94);
