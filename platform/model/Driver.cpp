@@ -1,6 +1,8 @@
 #include "model/Driver.h"
 
 #include "model/ApplicationObjects.h"
+#include "model/BarClicks.h"
+#include "model/CommandBarSet.h"
 #include "model/ExplorerObject.h"
 #include "model/Failures.h"
 #include "model/FolderObjects.h"
@@ -69,6 +71,14 @@ void Driver::selectItems(const host::Object& explorer, const std::vector<Identit
     std::vector<std::shared_ptr<ItemState>> states;
     for (const auto& [entryId, storeId] : items) states.push_back(core_->itemFromId(entryId, storeId));
     required<ExplorerObject>(explorer).select(std::move(states));
+}
+
+std::vector<BarTree> Driver::bars(const host::Object& window) const {
+    return required<HostWindow>(window).commandBars().trees();
+}
+
+void Driver::clickBar(const host::Object& window, std::u16string_view path) const {
+    model::clickBar(required<HostWindow>(window), path);
 }
 
 void Driver::focus(const host::Object& inspector, EditorFieldName field, std::int32_t position) const {

@@ -12,6 +12,7 @@
 #include "mailstore/ItemRecord.h"
 #include "mailstore/MailStore.h"
 #include "model/AddressBook.h"
+#include "model/CommandBarTree.h"
 #include "model/EditorFields.h"
 #include "model/FolderRights.h"
 
@@ -36,6 +37,11 @@ public:
     host::Object openItem(std::u16string_view entryId, std::u16string_view storeId) const;  ///< the Inspector, shown and in front
     void closeInspector(const host::Object& inspector, bool save) const;
     void selectItems(const host::Object& explorer, const std::vector<Identity>& items) const;
+
+    // Command bars of an Explorer or Inspector.
+    std::vector<BarTree> bars(const host::Object& window) const;
+    /// "Bar/Popup/Caption", captions in any case without "&"; the window comes to the front. Error 5 with a sentence where a person could not click it.
+    void clickBar(const host::Object& window, std::u16string_view path) const;
 
     // The caret of an open item. Keys reach it through the desktop while its window is in front.
     static constexpr std::int32_t AtEnd = -1;

@@ -22,6 +22,7 @@ constexpr std::int32_t recipientType(std::size_t field) noexcept {
 
 TextKind documentKind(ItemState& item) {
     const auto kind = item.record().bodyKind;
+    // The kind of the text itself: tasks and the like may come with any.
     return static_cast<TextKind>(kind == mailstore::BodyKind::None ? item.editorKind() : kind);
 }
 
@@ -66,8 +67,10 @@ EditorFields::EditorFields(ItemState& item) : item_(item), hasAddresses_(item.he
     }
     fields_.emplace_back(TextKind::Plain, item.head().subject, EditorDocument::Lines::One);
     fields_.emplace_back(documentKind(item), documentSource(item), EditorDocument::Lines::Many);
-    // A new mail waits for its addressee.
-    if (hasAddresses_ && !item.isSaved() && item.recipients().empty()) focus_ = EditorFieldName::To;
+}
+
+void EditorFields::placeFocus() {
+    focus_ = hasAddresses_ && !item_.isSaved() && item_.recipients().empty() ? EditorFieldName::To : EditorFieldName::Body;
 }
 
 std::uint64_t EditorFields::pumps() const noexcept {
@@ -140,7 +143,8 @@ void EditorFields::controlKey(char16_t character) {
             copySelection();
             return;
         case u'v':
-            return paste();
+            paste(focus_);
+            return;
         case u'x':
             if (copySelection()) focused().cut();
             return;
@@ -165,11 +169,15 @@ bool EditorFields::copySelection() {
     return true;
 }
 
-void EditorFields::paste() {
+bool EditorFields::paste(EditorFieldName field) {
     const auto& clipboard = item_.core().options.clipboardContent;
-    if (!clipboard) return;
+    if (!clipboard) return false;
     const PasteContent content = clipboard();
-    focused().paste(content.htmlFormat ? fragmentOfHtmlFormat(*content.htmlFormat) : std::nullopt, content.text);
+    const auto fragment = content.htmlFormat ? fragmentOfHtmlFormat(*content.htmlFormat) : std::nullopt;
+    if (!fragment && !content.text) return false;
+    document(field).paste(fragment, content.text);
+    noteChanges();
+    return true;
 }
 
 void EditorFields::reloadBody() {

@@ -43,12 +43,14 @@ private:
     std::uint64_t noted_ = 0;
 };
 
-/// The documents of an open item, and the keyboard in them. They belong to a shown window; hidden ones have none.
+/// The documents of an open item, and the keyboard in them. They belong to a shown window, or a hidden one that Word edits.
 class EditorFields {
 public:
     explicit EditorFields(ItemState& item);
 
     EditorFieldName focus() const noexcept { return focus_; }
+    /// Where the caret stands when the window is shown: in the body; a new mail waits for its addressee.
+    void placeFocus();
     bool has(EditorFieldName field) const noexcept;
     /// Error 5 for a field that the item's window does not have.
     void setFocus(EditorFieldName field);
@@ -57,6 +59,8 @@ public:
     html::EditorDocument& document(EditorFieldName field) noexcept { return at(field).document; }
 
     void keys(const std::vector<screen::KeyStroke>& strokes);
+    /// Pastes what the clipboard holds into a field; false where it holds nothing that an editor takes.
+    bool paste(EditorFieldName field);
     /// Notes what was done to a document from outside the keyboard.
     void noteChanges();
 
@@ -75,7 +79,6 @@ private:
     void controlKey(char16_t character);
     void moveFocus(bool back);
     bool copySelection();  ///< to the clipboard, as text; false where nothing is selected
-    void paste();
     std::uint64_t pumps() const noexcept;
 
     ItemState& item_;

@@ -1,6 +1,7 @@
 #include "model/ExplorerObject.h"
 
 #include "model/ApplicationObjects.h"
+#include "model/BuiltInBars.h"
 #include "model/FolderObjects.h"
 #include "model/ItemObject.h"
 #include "model/ModelMembers.h"
@@ -49,24 +50,30 @@ void ExplorerObject::raiseNew() {
     core().explorersEvents.raise(member::NewExplorer, {host::Object(this)});
 }
 
+std::vector<BarTree> ExplorerObject::builtInBars() const {
+    return explorerBars(core().options);
+}
+
 void ExplorerObject::select(std::vector<std::shared_ptr<ItemState>> items) {
     selected_ = std::move(items);
     events.raise(member::SelectionChange);
 }
 
 void ExplorerObject::put(Member member, const Variant& value, host::Args) {
+    requireOpen();
     if (member != member::CurrentFolder) raiseUnknown(member);
     const host::Object target = value.toObject();
     const auto* folder = host::implementation<FolderObject>(target);
     if (!folder) throw host::HostError(host::runtime_error::TypeMismatch);
     Variant cancel(false);
     events.raise(member::BeforeFolderSwitch, {target, host::Argument::byReference(cancel)});
-    if (cancel.toBoolean()) return;
+    if (cancel.toBoolean() || isClosed()) return;
     folder_ = {folder->store(), folder->record()};
     select({});
 }
 
 Variant ExplorerObject::use(Member member, host::Args args) {
+    requireOpen();
     switch (member) {
         case Member::Selection: {
             // An item that went meanwhile is not selected any more.
@@ -76,6 +83,8 @@ Variant ExplorerObject::use(Member member, host::Args args) {
         }
         case member::CurrentFolder:
             return makeFolder(sharedCore(), folder_.store, folder_.folder.entryId);
+        case member::CommandBars:
+            return useCommandBars(args);
         case member::Caption:
             return caption();
         case Member::Class:
@@ -85,7 +94,7 @@ Variant ExplorerObject::use(Member member, host::Args args) {
             show();
             return {};
         case Member::Close:
-            closeShown();
+            closeForGood();
             return {};
         case Member::Application:
             return makeApplication(sharedCore());

@@ -25,6 +25,8 @@ protected:
     host::Variant use(host::Member member, host::Args args) override;
     std::vector<HostWindow*>& siblings() const noexcept override { return core().explorers; }
     void raiseNew() override;
+    std::vector<BarTree> builtInBars() const override;
+    bool menuBarWaits() const noexcept override { return true; }
 
 private:
     HostCore::PlacedFolder folder_;

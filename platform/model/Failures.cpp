@@ -29,8 +29,13 @@ void raiseFailed(std::u16string_view sentence) {
     throw HostError(host::host_failure::Failed, std::u16string(sentence));
 }
 
+void raiseUnknownToWord() {
+    throw HostError(UnknownToWord, u"The requested member of the collection does not exist.");
+}
+
 void raiseNoMember(std::u16string_view className, host::Member member) {
-    if (member < host::Member::Count_) host::raiseNoSuchMember(className, member);
+    // A number that the model has no name for is told as such.
+    if (member < host::Member::Count_ || memberIndex(member) == memberIndexCount) host::raiseNoSuchMember(className, member);
     std::u16string text = u"Object doesn't support this property or method: ";
     text.append(className).append(u".").append(modelMemberName(member));
     throw HostError(host::runtime_error::NoSuchMember, std::move(text));

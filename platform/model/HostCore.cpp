@@ -18,10 +18,31 @@ std::u16string normalizedId(std::u16string_view id) {
     return upper;
 }
 
-HostCore::HostCore(HostOptions runOptions) : options(std::move(runOptions)), majorVersion_(static_cast<int>(host::Val(options.version))) {
+namespace {
+
+/// The build, behind the last "." of a version text.
+double buildOf(std::u16string_view version) {
+    return host::Val(version.substr(version.rfind(u'.') + 1));
+}
+
+/// From this build on, version 10 gives Word's document to a safe wrapper only.
+constexpr int guardedVersion = 10, firstGuardedBuild = 6515;
+
+}  // namespace
+
+HostCore::HostCore(HostOptions runOptions)
+    : options(std::move(runOptions)),
+      majorVersion_(static_cast<int>(host::Val(options.version))),
+      guardsWordEditor_(majorVersion_ == guardedVersion && buildOf(options.version) >= firstGuardedBuild) {
+    if (options.wordKind == EditorKind::Word) raiseInvalidArgument(u"The kind of Word's text is plain, HTML or rich.");
     if (!options.defaultStore) raiseFailed(u"The host needs a store.");
     addStore(options.defaultStore);
     for (const auto& store : options.furtherStores) addStore(store);
+}
+
+mailstore::BodyKind HostCore::newTextKind() const noexcept {
+    // Word is an editor and no kind of text.
+    return static_cast<mailstore::BodyKind>(options.editor == EditorKind::Word ? options.wordKind : options.editor);
 }
 
 host::DateTime HostCore::now() const {

@@ -11,6 +11,7 @@
 #include "model/HostOptions.h"
 #include "model/OpenStore.h"
 #include "model/SavedFiles.h"
+#include "model/WordTemplates.h"
 
 namespace lorvane::model {
 
@@ -24,11 +25,16 @@ public:
     HostOptions options;
     AddressBook addressBook;
     SavedFiles savedFiles;
+    WordTemplates wordTemplates;
     std::vector<std::shared_ptr<OpenStore>> stores;  ///< the default one first
 
     host::EventSource applicationEvents, explorersEvents, inspectorsEvents;
 
     int majorVersion() const noexcept { return majorVersion_; }
+    /// True for the hosts that give Word's document to a safe wrapper only: version 10 from build 6515 on.
+    bool guardsWordEditor() const noexcept { return guardsWordEditor_; }
+    /// The kind of text of a mail that nobody gave text yet.
+    mailstore::BodyKind newTextKind() const noexcept;
     host::DateTime now() const;  ///< of the run's clock; 0 where the run has none
 
     OpenStore& defaultStore() const { return *stores.front(); }
@@ -68,6 +74,7 @@ private:
     };
     std::vector<RegisteredClass> classes_;
     int majorVersion_;
+    bool guardsWordEditor_;
 };
 
 /// An identity as stores write it.

@@ -13,8 +13,8 @@
 
 namespace lorvane::model {
 
-/// The editor that new items open in; the numbers are those of `EditorType`.
-enum class EditorKind : std::uint8_t { Plain = 1, Html = 2, Rich = 3 };
+/// The editor that new items open in; the numbers are those of `EditorType`. With `Word` every mail and post opens in Word.
+enum class EditorKind : std::uint8_t { Plain = 1, Html = 2, Rich = 3, Word = 4 };
 
 /// What lies on the clipboard, as far as a mail's editor pastes it.
 struct PasteContent {
@@ -29,15 +29,18 @@ struct HostOptions {
     screen::Desktop& desktop;  ///< outlives the host
     std::u16string version = u"11.0.0.5510";
     EditorKind editor = EditorKind::Html;
-    std::uint32_t commitDelay = 0;  ///< event pumps that typed text needs to reach an item
+    EditorKind wordKind = EditorKind::Html;                           ///< kind of new text in a run with Word as editor: plain, HTML or rich
+    std::uint32_t commitDelay = 0;                                    ///< event pumps that typed text needs to reach an item
+    std::u16string toolsCaption = u"&Tools", helpCaption = u"&Help";  ///< of two menus, in the host's language: "E&xtras", "&?" in German
     std::u16string accountName = u"Lorvane User";
     std::u16string accountAddress = u"user@localhost";
 
     /// The services that the machine hands out as they are.
     host::Object screen, files, settings, clock, environment, clipboard, region, shell;
-    std::function<PasteContent()> clipboardContent;  ///< nothing to paste where it is not given
-    std::function<host::Object()> makeRecordset;     ///< a new "ADODB.Recordset"; error 429 where it is not given
-    std::function<host::Object()> makeStream;        ///< a new "ADODB.Stream"; error 429 where it is not given
+    std::function<PasteContent()> clipboardContent;                ///< nothing to paste where it is not given
+    std::function<void(const PasteContent&)> setClipboardContent;  ///< replaces all that lies there; nothing is copied where it is not given
+    std::function<host::Object()> makeRecordset;                   ///< a new "ADODB.Recordset"; error 429 where it is not given
+    std::function<host::Object()> makeStream;                      ///< a new "ADODB.Stream"; error 429 where it is not given
 
     std::shared_ptr<mailstore::MailStore> defaultStore;
     std::vector<std::shared_ptr<mailstore::MailStore>> furtherStores;

@@ -1,9 +1,11 @@
 #include "model/InspectorObject.h"
 
 #include "model/ApplicationObjects.h"
+#include "model/BuiltInBars.h"
 #include "model/Failures.h"
 #include "model/ItemObject.h"
 #include "model/ModelMembers.h"
+#include "model/WordObjects.h"
 
 namespace lorvane::model {
 
@@ -15,6 +17,12 @@ namespace {
 constexpr std::int32_t inspectorClass = 35;
 constexpr std::int32_t save = 0, discard = 1;
 
+/// Takes back that an event of the item is under way.
+struct Turn {
+    bool& flag;
+    ~Turn() { flag = false; }
+};
+
 }  // namespace
 
 InspectorObject::InspectorObject(std::shared_ptr<ItemState> item) : HostWindow(item->sharedCore()), item_(std::move(item)) {
@@ -22,7 +30,9 @@ InspectorObject::InspectorObject(std::shared_ptr<ItemState> item) : HostWindow(i
 }
 
 InspectorObject::~InspectorObject() {
-    if (item_->inspector == this) item_->inspector = nullptr;
+    if (item_->inspector != this) return;
+    item_->inspector = nullptr;
+    item_->noteClosed();
 }
 
 std::u16string InspectorObject::caption() const {
@@ -39,14 +49,25 @@ EditorFields& InspectorObject::fields() {
     return *fields_;
 }
 
+EditorFields& InspectorObject::loadedFields() {
+    requireOpen();
+    item_->requireAlive();
+    if (!fields_) fields_.emplace(*item_);
+    return *fields_;
+}
+
+host::Object InspectorObject::wordEditor() {
+    requireOpen();
+    item_->requireAlive();
+    if (!item_->isWordEdited()) return {};
+    loadedFields();
+    return makeWordDocument(*this);
+}
+
 bool InspectorObject::allowed(Member event) {
     Variant cancel(false);
     item_->events.raise(event, {host::Argument::byReference(cancel)});
     return !cancel.toBoolean();
-}
-
-void InspectorObject::requireOpen() const {
-    if (closed_) raiseFailed(u"The item's window has been closed.");
 }
 
 void InspectorObject::display() {
@@ -54,14 +75,28 @@ void InspectorObject::display() {
     requireOpen();
     item_->requireAlive();
     if (!isShown()) {
-        if (!allowed(Member::Open) || closed_ || isShown()) return;
-        fields_.emplace(*item_);
+        item_->noteOpened();
+        loadedFields().placeFocus();
     }
     show();
 }
 
 void InspectorObject::raiseNew() {
     core().inspectorsEvents.raise(member::NewInspector, {host::Object(this)});
+}
+
+void InspectorObject::appear() {
+    if (opening_) return;
+    opening_ = true;
+    const Turn turn{opening_};
+    const bool mayOpen = allowed(Member::Open);
+    if (!isShown()) return;
+    if (!mayOpen) return drop();
+    HostWindow::appear();
+}
+
+std::vector<BarTree> InspectorObject::builtInBars() const {
+    return item_->isWordEdited() ? wordBars(core().options) : inspectorBars(core().options);
 }
 
 void InspectorObject::commit() {
@@ -78,16 +113,14 @@ void InspectorObject::close(std::int32_t mode) {
     requireOpen();
     if (closing_) return;
     closing_ = true;
-    struct Leave {
-        bool& flag;
-        ~Leave() { flag = false; }
-    } leaving{closing_};
+    const Turn turn{closing_};
 
     if (isShown() && !allowed(Member::Close)) return;
     if (item_->isAlive()) {
         if (mode == save) {
             commitAll();
-            item_->saveCommitted();
+            // Nothing is written where nothing changed, so that a window on a folder that is only read closes as well.
+            if (!item_->isSaved() || item_->isDirty()) item_->saveCommitted();
         } else {
             item_->revert();
         }
@@ -97,12 +130,14 @@ void InspectorObject::close(std::int32_t mode) {
 
 void InspectorObject::drop() {
     const host::Object held(this);
-    if (closed_) return;
+    if (isClosed()) return;
     // The fields go first: nothing that a close handler does to the item may reach documents that were given up.
     const auto item = item_;
     fields_.reset();
-    closeShown();
-    closed_ = true;
+    closeForGood();
+    // A close handler may have asked for Word's document once more.
+    fields_.reset();
+    item->noteClosed();
     if (item->inspector == this) item->inspector = nullptr;
 }
 
@@ -131,11 +166,14 @@ Variant InspectorObject::use(Member member, host::Args args) {
             return makeItem(item_);
         case Member::EditorType:
             item_->requireAlive();
-            return static_cast<std::int32_t>(item_->editorKind());
+            return item_->editorType();
         case member::IsWordMail:
-            return false;
+            return item_->isWordEdited();
         case Member::WordEditor:
-            return host::Object();
+            if (core().guardsWordEditor()) throw host::HostError(Aborted, u"Operation aborted");
+            return wordEditor();
+        case member::CommandBars:
+            return useCommandBars(args);
         case member::Caption:
             return caption();
         case Member::Class:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/Guards.h"
 #include "host/TextFunctions.h"
 #include "host/Variant.h"
 #include "model/Failures.h"
@@ -41,7 +42,7 @@ bool ItemState::isShown() const noexcept {
 }
 
 bool ItemState::hasChanges() const {
-    return dirty_ || (isShown() && inspector->isEdited());
+    return dirty_ || (inspector && inspector->isEdited());
 }
 
 void ItemState::requireAlive() const {
@@ -167,11 +168,19 @@ void ItemState::persist() {
     const host::DateTime now = core_->now();
     record_.properties.insert_or_assign(tags::LastModificationTime, now);
     const std::u16string before = record_.head.entryId;
-    record_.head = store_->required().saveItem(folderId_, snapshot());
+    mailstore::MailStore& store = store_->required();
+    record_.head = isShown() && isUnsent(record_) ? store.saveOpenItem(folderId_, snapshot(), openNote_) : store.saveItem(folderId_, snapshot());
     dirty_ = false;
     seenAt_ = store_->required().changeCount();
     if (before.empty()) store_->registerState(*this);
     tellOthers();
+}
+
+void ItemState::noteOpened() {
+    if (!isSaved() || !isUnsent(record())) return;
+    // An item can be shown although nothing can be written; then its first save makes the note.
+    host::ignoringErrors([this] { openNote_ = store_->required().noteOpen(record_.head.entryId); });
+    refresh();
 }
 
 void ItemState::tellOthers() {
@@ -179,7 +188,7 @@ void ItemState::tellOthers() {
         if (other.get() == this || other->hasChanges()) continue;
         other->record_.head = record_.head;
         other->loaded_ = false;
-        if (other->isShown()) other->inspector->reload();
+        if (other->inspector) other->inspector->reload();
     }
 }
 
@@ -202,7 +211,7 @@ void ItemState::refresh() {
     if (located->head.version == record_.head.version || hasChanges()) return;
     record_.head = std::move(located->head);
     loaded_ = false;
-    if (isShown()) inspector->reload();
+    if (inspector) inspector->reload();
 }
 
 void ItemState::end() {

@@ -88,8 +88,12 @@ public:
     bool resolve(mailstore::RecipientRecord& recipient);
     bool resolveAll();
 
-    /// The editor of new text: the kind, or the run's choice while there is none; always rich for tasks, appointments and contacts.
+    /// The kind of the text in the editor: the item's, or the run's choice while it has none; always rich for tasks, appointments and contacts.
     mailstore::BodyKind editorKind();
+    /// The editor by its number: that of the kind, or Word.
+    std::int32_t editorType();
+    /// True for mails and posts of a run with Word as editor.
+    bool isWordEdited() const noexcept;
     bool isAlwaysRich() const noexcept;
 
     /// Commits the open editor as the run delays it, and saves.
@@ -107,6 +111,10 @@ public:
     std::shared_ptr<ItemState> moveTo(const std::shared_ptr<OpenStore>& target, std::u16string_view targetFolder);
     /// Takes in what another program did, where this one has changed nothing; error 0x8004010F where the item is gone.
     void refresh();
+
+    /// Its window opens: the store notes it, and what another program did before is taken in. Error 0x8004010F where the item is gone.
+    void noteOpened();
+    void noteClosed() noexcept { openNote_.reset(); }
 
     host::EventSource events;
     /// The item's window, shown or hidden; it clears this when it ends.
@@ -132,6 +140,7 @@ private:
     std::vector<Attachment> attachments_;
     /// Recipients that an edit of an address field replaced, so that taking the edit back gives them back with their addresses.
     std::vector<Recipient> replaced_;
+    std::unique_ptr<mailstore::OpenNote> openNote_;
     std::uint64_t seenAt_ = 0;
     bool loaded_ = false;
     bool dirty_ = false;

@@ -13,7 +13,7 @@ using mailstore::BodyKind;
 
 namespace {
 
-constexpr std::int32_t contactClass = 40, appointmentClass = 26, taskClass = 48;
+constexpr std::int32_t contactClass = 40, appointmentClass = 26, taskClass = 48, mailClass = 43, postClass = 45;
 
 }  // namespace
 
@@ -25,7 +25,16 @@ bool ItemState::isAlwaysRich() const noexcept {
 BodyKind ItemState::editorKind() {
     if (isAlwaysRich()) return BodyKind::Rich;
     const BodyKind kind = record().bodyKind;
-    return kind == BodyKind::None ? static_cast<BodyKind>(core_->options.editor) : kind;
+    return kind == BodyKind::None ? core_->newTextKind() : kind;
+}
+
+bool ItemState::isWordEdited() const noexcept {
+    const std::int32_t number = record_.head.itemClass;
+    return core_->options.editor == EditorKind::Word && (number == mailClass || number == postClass);
+}
+
+std::int32_t ItemState::editorType() {
+    return isWordEdited() ? static_cast<std::int32_t>(EditorKind::Word) : static_cast<std::int32_t>(editorKind());
 }
 
 std::u16string ItemState::body() {

@@ -54,9 +54,10 @@ protected:
             case Member::CurrentItem:
             case Member::Display:
             case Member::EditorType:
-            case Member::WordEditor:
             case member::IsWordMail:
                 return inspector().call(member, args);
+            case Member::WordEditor:
+                return inspector().wordEditor();
             default:
                 raiseUnknown(member);
         }
@@ -108,6 +109,7 @@ Variant SafeItem::sender() const {
 }
 
 Variant SafeItem::use(Member member, host::Args args) {
+    if (window_) return useWindow(member);
     switch (member) {
         case Member::Item:
             return state_ ? makeItem(state_) : host::Object();
@@ -125,13 +127,22 @@ Variant SafeItem::use(Member member, host::Args args) {
     }
 }
 
+Variant SafeItem::useWindow(Member member) const {
+    if (member == Member::Item) return window_;
+    if (member != Member::WordEditor) raiseUnknown(member);
+    return host::implementation<InspectorObject>(window_)->wordEditor();
+}
+
+void SafeItem::setItem(const host::Object& target) {
+    const bool isWindow = host::implementation<InspectorObject>(target) != nullptr;
+    state_ = target && !isWindow ? itemStateOf(target) : nullptr;
+    window_ = isWindow ? target : host::Object();
+}
+
 void SafeItem::put(Member member, const Variant& value, host::Args args) {
+    if (member == Member::Item) return setItem(value.toObject());
+    if (window_) raiseUnknown(member);
     switch (member) {
-        case Member::Item: {
-            const host::Object target = value.toObject();
-            state_ = target ? itemStateOf(target) : nullptr;
-            return;
-        }
         case Member::Fields:
             requiredState()->requireAlive();
             return setItemField(*state_, static_cast<std::uint32_t>(host::requiredArgument(args, 0).toInt32()), value);

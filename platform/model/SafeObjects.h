@@ -9,6 +9,7 @@
 namespace lorvane::model {
 
 /// A safe wrapper: set its `Item`, then use it like the item; raw properties stand beside. Members raise 0x80004005 while it has no item.
+/// Around an Inspector it has the Inspector's `WordEditor` and nothing else.
 class SafeItem final : public ModelObject {
 public:
     SafeItem(std::shared_ptr<HostCore> core, std::u16string_view name) : ModelObject(std::move(core)), name_(name) {}
@@ -23,9 +24,12 @@ protected:
 
 private:
     host::Variant sender() const;
+    host::Variant useWindow(host::Member member) const;
+    void setItem(const host::Object& target);
 
     std::u16string_view name_;
     std::shared_ptr<ItemState> state_;
+    host::Object window_;  ///< an Inspector, in the place of an item
 };
 
 /// The editor of an open item: set its `Item` to the Inspector; `SelText`, `Text`, and the Inspector's own members.

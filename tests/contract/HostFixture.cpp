@@ -1,5 +1,7 @@
 #include "contract/HostFixture.h"
 
+#include <cstdio>
+
 namespace lorvane::contract {
 
 namespace {
@@ -34,6 +36,15 @@ std::u16string rtf(std::u16string_view run) {
 
 Bytes bytes(std::string_view text) {
     return Bytes(text.begin(), text.end());
+}
+
+std::string htmlBlock(std::string_view fragment) {
+    const std::string head = "<html><body><!--StartFragment-->", tail = "<!--EndFragment--></body></html>";
+    constexpr std::size_t header = 105;
+    char buffer[header + 1];
+    std::snprintf(buffer, sizeof buffer, "Version:0.9\r\nStartHTML:%010zu\r\nEndHTML:%010zu\r\nStartFragment:%010zu\r\nEndFragment:%010zu\r\n", header,
+                  header + head.size() + fragment.size() + tail.size(), header + head.size(), header + head.size() + fragment.size());
+    return std::string(buffer).append(head).append(fragment).append(tail);
 }
 
 Recipient addRecipient(const MailItem& item, std::u16string_view name) {

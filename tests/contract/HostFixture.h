@@ -39,6 +39,8 @@ std::u16string html(std::u16string_view body);
 /// Rich text of one run.
 std::u16string rtf(std::u16string_view run);
 Bytes bytes(std::string_view text);
+/// A block of "HTML Format" around a fragment, all in UTF-8, with offsets that are right.
+std::string htmlBlock(std::string_view fragment);
 
 /// `Recipients.Add`.
 Recipient addRecipient(const MailItem& item, std::u16string_view name);

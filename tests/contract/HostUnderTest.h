@@ -18,7 +18,7 @@
 namespace lorvane::contract {
 
 /// The numbers are those of `EditorType`.
-enum class Editor : std::int32_t { Plain = 1, Html = 2, Rich = 3 };
+enum class Editor : std::int32_t { Plain = 1, Html = 2, Rich = 3, Word = 4 };
 enum class Field { To, Cc, Bcc, Subject, Body };
 enum class Rights { None, Read, Add, All };
 
@@ -35,8 +35,10 @@ struct FurtherStore {
 struct HostSetup {
     std::u16string version = u"11.0.0.5510";
     Editor editor = Editor::Html;
-    std::uint32_t commitDelay = 0;  ///< event pumps
+    Editor wordKind = Editor::Html;  ///< with Word as editor: the kind of new text
+    std::uint32_t commitDelay = 0;   ///< event pumps
     std::vector<FurtherStore> furtherStores{};
+    std::u16string toolsCaption = u"&Tools", helpCaption = u"&Help";  ///< of two menus, in the host's language
 };
 
 /// An entry of the address book.
@@ -61,6 +63,22 @@ struct Clipping {
     std::optional<std::string> htmlFormat{};  ///< the block of "HTML Format" in UTF-8
 };
 
+/// A control of a bar, as a person sees it.
+struct ShownControl {
+    std::int32_t type = 1;  ///< 1 button, 10 popup
+    std::u16string caption{}, tag{}, tooltip{};
+    std::int32_t id = 1, faceId = 0, style = 0;
+    bool beginGroup = false, enabled = true, visible = true, temporary = false;
+    std::vector<ShownControl> controls{};  ///< of a popup
+};
+
+struct ShownBar {
+    std::u16string name{};
+    std::int32_t position = 1;
+    bool visible = true;
+    std::vector<ShownControl> controls{};
+};
+
 /// A running host, and the person in front of it.
 class HostUnderTest {
 public:
@@ -83,6 +101,10 @@ public:
     virtual std::size_t caret(const host::Inspector& inspector) = 0;
     virtual std::u16string shown(const host::Inspector& inspector, Field field) = 0;  ///< what the window shows, committed or not
     virtual void type(std::u16string_view text) = 0;                                  ///< on the keyboard, into the window in front
+
+    // Command bars of an Explorer or Inspector.
+    virtual std::vector<ShownBar> bars(const host::Object& window) = 0;
+    virtual void clickBar(const host::Object& window, std::u16string_view path) = 0;  ///< "Bar/Popup/Caption"
 
     // What comes from elsewhere.
     virtual host::MailItem receive(const IncomingMail& mail) = 0;

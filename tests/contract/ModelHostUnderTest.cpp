@@ -66,9 +66,25 @@ host::Bytes textBlock(std::u16string_view text) {
     return block;
 }
 
+std::map<std::u16string, host::Bytes> formatsOf(const std::optional<std::u16string>& text, const std::optional<host::Bytes>& htmlFormat) {
+    std::map<std::u16string, host::Bytes> formats;
+    if (text) formats[std::u16string(services::Clipboard::unicodeText)] = textBlock(*text);
+    if (htmlFormat) formats[std::u16string(services::Clipboard::htmlFormat)] = *htmlFormat;
+    return formats;
+}
+
 std::filesystem::path realPath(std::u16string path) {
     std::ranges::replace(path, u'\\', u'/');
     return path;
+}
+
+std::vector<ShownControl> shownControls(const std::vector<model::ControlTree>& controls) {
+    std::vector<ShownControl> shown;
+    for (const model::ControlTree& one : controls) {
+        shown.push_back({one.type, one.caption, one.tag, one.tooltip, one.id, one.faceId, one.style, one.beginGroup, one.enabled, one.visible, one.temporary,
+                         shownControls(one.controls)});
+    }
+    return shown;
 }
 
 /// The model host with a scripted screen, over stores in memory or in files.
@@ -108,14 +124,19 @@ public:
         if (screen::DesktopWindow* const window = desktop_.foreground()) window->keys(screen::keysOfText(text));
     }
 
+    std::vector<ShownBar> bars(const host::Object& window) override {
+        std::vector<ShownBar> shown;
+        for (const model::BarTree& bar : driver_->bars(window)) shown.push_back({bar.name, bar.position, bar.visible, shownControls(bar.controls)});
+        return shown;
+    }
+    void clickBar(const host::Object& window, std::u16string_view path) override { driver_->clickBar(window, path); }
+
     host::MailItem receive(const IncomingMail& mail) override { return host::MailItem(driver_->receive(recordOf(mail))); }
     void addPerson(const Person& person) override { driver_->addContact(contactOf(person)); }
     void setClipboard(const Clipping& clipping) override {
-        std::map<std::u16string, host::Bytes> formats;
-        if (clipping.text) formats[std::u16string(services::Clipboard::unicodeText)] = textBlock(*clipping.text);
-        if (clipping.htmlFormat)
-            formats[std::u16string(services::Clipboard::htmlFormat)] = host::Bytes(clipping.htmlFormat->begin(), clipping.htmlFormat->end());
-        services_.clipboardContent().replace(formats);
+        std::optional<host::Bytes> htmlFormat;
+        if (clipping.htmlFormat) htmlFormat.emplace(clipping.htmlFormat->begin(), clipping.htmlFormat->end());
+        services_.clipboardContent().replace(formatsOf(clipping.text, htmlFormat));
     }
     Clipping clipboard() override {
         Clipping clipping{services_.clipboardContent().text()};
@@ -195,7 +216,10 @@ private:
         model::HostOptions options(desktop_);
         options.version = setup_.version;
         options.editor = static_cast<model::EditorKind>(setup_.editor);
+        options.wordKind = static_cast<model::EditorKind>(setup_.wordKind);
         options.commitDelay = setup_.commitDelay;
+        options.toolsCaption = setup_.toolsCaption;
+        options.helpCaption = setup_.helpCaption;
         options.screen = host::makeObject<screen::ScriptedScreen>(windows_, user_);
         options.files = services_.files;
         options.settings = services_.settings;
@@ -205,6 +229,9 @@ private:
         options.region = services_.region;
         options.shell = services_.shell;
         options.clipboardContent = [this] { return model::PasteContent{services_.clipboardContent().text(), services_.clipboardContent().html()}; };
+        options.setClipboardContent = [this](const model::PasteContent& content) {
+            services_.clipboardContent().replace(formatsOf(content.text, content.htmlFormat));
+        };
         options.makeRecordset = [collation = std::make_shared<const recordset::Collation>(u"en-US")] { return recordset::makeRecordset(collation); };
         options.defaultStore = stores_.front().opened;
         for (std::size_t i = 1; i < stores_.size(); ++i) options.furtherStores.push_back(stores_[i].opened);

@@ -1,22 +1,6 @@
-#include <cstdio>
-
 #include "contract/HostFixture.h"
 
 namespace lorvane::contract {
-
-namespace {
-
-/// A block of "HTML Format" around a fragment, all in UTF-8, with offsets that are right.
-std::string htmlBlock(const std::string& fragment) {
-    const std::string head = "<html><body><!--StartFragment-->", tail = "<!--EndFragment--></body></html>";
-    constexpr std::size_t header = 105;
-    char buffer[header + 1];
-    std::snprintf(buffer, sizeof buffer, "Version:0.9\r\nStartHTML:%010zu\r\nEndHTML:%010zu\r\nStartFragment:%010zu\r\nEndFragment:%010zu\r\n", header,
-                  header + head.size() + fragment.size() + tail.size(), header + head.size(), header + head.size() + fragment.size());
-    return buffer + head + fragment + tail;
-}
-
-}  // namespace
 
 class Paste : public OneHost {
 protected:

@@ -401,6 +401,13 @@ TEST_F(ModelHostTest, MembersThatAClassLacksAreNamedInTheError) {
     EXPECT_EQ(task.dispatch()->memberNamed(u"reminderset"), member::ReminderSet);
 }
 
+TEST_F(ModelHostTest, PostsAreSentOnBehalfOfSomebodyToo) {
+    host::MailItem post = application().CreateItem(6);
+    post.put(Member::SentOnBehalfOfName, u"Jane Sender");
+    EXPECT_EQ(post.getText(Member::SentOnBehalfOfName), u"Jane Sender");
+    EXPECT_EQ(errorOf([&] { application().CreateItem(3).get(Member::SentOnBehalfOfName); }), host::runtime_error::NoSuchMember);
+}
+
 TEST_F(ModelHostTest, BodyFormatCameWithVersionTen) {
     restart([](HostOptions& changed) { changed.version = u"9.0.0.2711"; });
     host::MailItem mail = application().CreateItem(0);
@@ -557,6 +564,22 @@ TEST_F(ModelHostTest, ItemsAreSortedByAProperty) {
     items.call(Member::Sort, {u"Body", true});
     EXPECT_EQ(items.Count(), 3);
     EXPECT_LT(errorOf([&] { items.Item(4); }), 0);
+}
+
+TEST_F(ModelHostTest, AWindowThatIsNotDisplayedHasBarsThatNobodyClicks) {
+    host::Inspector inspector(savedMail(u"A", u"").GetInspector());
+    ASSERT_FALSE(driver().bars(inspector).empty());
+    EXPECT_TRUE(driver().bars(inspector).front().builtIn);
+    EXPECT_EQ(errorOf([&] { driver().clickBar(inspector, u"Standard/Save"); }), host::runtime_error::InvalidProcedureCall);
+    inspector.Display();
+    EXPECT_EQ(errorOf([&] { driver().clickBar(inspector, u"Standard/Save"); }), 0);
+    EXPECT_EQ(errorOf([&] { driver().bars(inspector.CurrentItem()); }), host::runtime_error::TypeMismatch);
+}
+
+TEST_F(ModelHostTest, AButtonTakesOnlyNumbersThatTheHostHas) {
+    const host::Object save = driver().openExplorer().get(member::CommandBars, {u"Standard"}).toObject().getObject(member::Controls, {1});
+    for (const auto& [member, number] : std::initializer_list<std::pair<Member, std::int32_t>>{{member::Priority, 8}, {member::Style, 5}, {member::FaceId, -1}})
+        EXPECT_EQ(errorOf([&] { save.put(member, number); }), static_cast<std::int32_t>(0x80070057));
 }
 
 }  // namespace
