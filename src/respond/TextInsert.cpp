@@ -25,7 +25,9 @@ void removeSpecialString(std::int32_t count) {
 }
 
 bool PlainTextInWord(const MailItem& item) {
-    return item.Class() == item_class::Mail && item.GetInspector().EditorType() == editor_type::Word && item.BodyFormat() == body_format::Plain;
+    if (item.Class() != item_class::Mail || item.GetInspector().EditorType() != editor_type::Word) return false;
+    // The item itself has no BodyFormat on a host of version 9.
+    return makeSafeMailItem(item).BodyFormat() == body_format::Plain;
 }
 
 void InsertMail_TaskAppnt(const MailItem& targetItem, const MailItem& templateItem) {

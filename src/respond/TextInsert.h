@@ -8,6 +8,9 @@
 
 namespace lorvane::respond {
 
+/// Typed at the caret of an open item, saved and read back, to find the place where a template goes in. Chosen only so that it never occurs in a mail.
+inline constexpr std::u16string_view caretMarker = u"Asdw34r2wjkytui983jnd2m";
+
 /// `body` with its first `marker` (compared exactly) replaced by `text`. Without a marker the result is the marker: callers look for it first.
 std::u16string Insert(std::u16string_view body, std::u16string_view marker, std::u16string_view text);
 

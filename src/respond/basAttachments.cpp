@@ -30,12 +30,10 @@ AttachmentMap& attachmentMap() {
     return apartment().state<AttachmentMap>();
 }
 
-std::u16string fieldText(const Variant& field) {
-    return field.isNull() ? std::u16string() : field.toText();
-}
+constexpr std::u16string_view outerName = u"Tolvenar", innerName = u"\\Lorvane";
 
 std::u16string localFolder() {
-    return GetTempFolder() + u"Tolvenar\\Lorvane";
+    return GetTempFolder().append(outerName).append(innerName);
 }
 
 /// The names, each wrapped in commas, all joined.
@@ -103,9 +101,9 @@ void markAsEmbedded(const Attachment& attachment) {
 }
 
 /// The template's embedded attachments keep showing in the HTML: from version 12 on that takes new references.
-void embedPictures(const SafeMailItem& targetSafe, bool twelveOrAbove, std::u16string& html) {
+void embedPictures(const MailItem& target, const SafeMailItem& targetSafe, bool twelveOrAbove, std::u16string& html) {
     std::u16string rewritten;
-    const std::int32_t count = targetSafe.Attachments().Count();
+    const std::int32_t count = target.Attachments().Count();
     for (std::int32_t index = 1; index <= count; ++index) {
         const Attachment attachment = targetSafe.Attachments().Item(index);
         std::u16string contentID;
@@ -115,10 +113,10 @@ void embedPictures(const SafeMailItem& targetSafe, bool twelveOrAbove, std::u16s
     }
 }
 
-bool allAreEmbedded(const SafeMailItem& targetSafe) {
+bool allAreEmbedded(const MailItem& target) {
     std::int32_t embedded = 0;
     for (const AttachedRecord& record : attachmentMap().records) embedded += record.contentID.empty() ? 0 : 1;
-    return embedded == targetSafe.Attachments().Count();
+    return embedded == target.Attachments().Count();
 }
 
 /// Tells the host whether all attachments are embedded pictures, which it then shows without a paper clip.
@@ -146,8 +144,8 @@ std::u16string CopyAttachments(const MailItem& templateItem, const MailItem& tar
             target.Save();
         }
         const SafeMailItem targetSafe = makeSafeMailItem(target);
-        if (count > 0) embedPictures(targetSafe, twelveOrAbove, html);
-        markItem(targetSafe, twelveOrAbove && allAreEmbedded(targetSafe));
+        if (count > 0) embedPictures(target, targetSafe, twelveOrAbove, html);
+        markItem(targetSafe, twelveOrAbove && allAreEmbedded(target));
         targetSafe.Save();
         target.Save();
     });
@@ -193,10 +191,13 @@ std::u16string GetTempFolder() {
 
 bool CreateStorageFolders() {
     return holdsIgnoringErrors([&] {
+        std::u16string folder = GetTempFolder();
+        if (folder.empty()) return false;
         const Files files = apartment().machine.files();
-        const std::u16string outer = GetTempFolder() + u"Tolvenar";
-        if (!files.FolderExists(outer)) files.CreateFolder(outer);
-        if (!files.FolderExists(localFolder())) files.CreateFolder(localFolder());
+        for (const std::u16string_view name : {outerName, innerName}) {
+            folder += name;
+            if (!files.FolderExists(folder)) files.CreateFolder(folder);
+        }
         return true;
     });
 }

@@ -3,6 +3,8 @@
 #include "host/Guards.h"
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
+#include "respond/ChooserTexts.h"
+#include "respond/FurtherWindows.h"
 #include "store/Categories.h"
 #include "store/CategoryFiles.h"
 #include "store/TemplateFolders.h"
@@ -14,9 +16,6 @@ using namespace host;
 using namespace store;
 
 namespace {
-
-constexpr std::u16string_view chooseFromList = u"Select a template from the list to preview";
-constexpr std::u16string_view noneInFolder = u"No templates were found in the selected folder.";
 
 /// A hidden control is disabled as well.
 void setShown(std::initializer_list<Control*> controls, bool shown) {
@@ -35,6 +34,7 @@ frmEmail::frmEmail()
       ReplyUsingTempl(*this, u"ReplyUsingTempl"),
       ReplyKind(*this, u"ReplyKind"),
       FromInspector(*this, u"FromInspector"),
+      AnsweredMail(*this, u"AnsweredMail"),
       picLorvane(*this, u"picLorvane"),
       lblShowTips(*this, u"lblShowTips", u"Show quick start tips"),
       lblChangeFolder(*this, u"lblChangeFolder", u"Select Templates Folder"),
@@ -46,13 +46,14 @@ frmEmail::frmEmail()
       Label2(*this, u"Label2", u"Templates Folder Settings", &picTemplatesFldr),
       txtSearch(*this, u"txtSearch"),
       cmdClear(*this, u"cmdClear", u"&Clear"),
-      optAll(*this, u"optAll", u"All templates"),
-      optPrivate(*this, u"optPrivate", u"Private only"),
-      optShared(*this, u"optShared", u"Shared only"),
+      fraShow(*this, u"fraShow", u"Show:"),
+      optAll(*this, u"optAll", u"All templates", &fraShow),
+      optPrivate(*this, u"optPrivate", u"Private only", &fraShow),
+      optShared(*this, u"optShared", u"Shared only", &fraShow),
       cmbCategories(*this, u"cmbCategories", u"Category:"),
       lstEmails(*this, u"lstEmails", u"Template List:"),
       picBlankBkGrnd(*this, u"picBlankBkGrnd"),
-      lblNoEmails(*this, u"lblNoEmails", u"No matching templates were found in the selected folder.", &picBlankBkGrnd),
+      lblNoEmails(*this, u"lblNoEmails", noneMatching, &picBlankBkGrnd),
       lblSearching(*this, u"lblSearching", u"Searching ...", &picBlankBkGrnd),
       lblLoadingEmails(*this, u"lblLoadingEmails", u"Loading E-mails ...", &picBlankBkGrnd),
       picPreviewPane(*this, u"picPreviewPane"),
@@ -83,6 +84,7 @@ frmEmail::frmEmail()
       mnuSeparator(*this, u"mnuSeparator", u"-", &mnuTemplateMaint),
       cmdCopyCBWithFormatting(*this, u"cmdCopyCBWithFormatting", u"&Copy (with format)", &mnuTemplateMaint),
       cmdCopyToCB(*this, u"cmdCopyToCB", u"Copy (text &only)", &mnuTemplateMaint) {
+    txtSearch.Caption = u"Search for:";
     cmdPickfolder.ToolTipText = u"Choose folder for Lorvane templates.";
     cmbSubFolder.ToolTipText = u"Choose Sub folder for Lorvane templates.";
     cmdNew.ToolTipText = u"Create New Template";
@@ -108,6 +110,8 @@ frmEmail::frmEmail()
     mcmdInsert.Click = [this] { cmdInsert_Click(); };
     mcmdInsertWithFormat.Click = [this] { cmdInsertWithFormat_Click(); };
     wireMaintenance();
+    wireLinks();
+    publishOperations();
 }
 
 /// Runs one step of the loading. A failing one ends the loading with its message, but for a host failure while no templates folder is set: then the next step
@@ -133,7 +137,7 @@ void frmEmail::Form_Load() {
     const std::initializer_list<std::function<void()>> steps = {
         [&] { takeNameSpace(); },
         [&] { keys = readFolderKeys(); },
-        [&] { mainFolder_ = privateFolder_ = apartment().gNameSpace.GetFolderFromID(keys.privateEntryId, keys.privateStoreId); },
+        [&] { privateFolder_ = apartment().gNameSpace.GetFolderFromID(keys.privateEntryId, keys.privateStoreId); },
         [&] { openSharedFolder(keys); },
         [&] { scope_ = scopeAtOpening(); },
         [&] { VerifyFolders(privateFolder_, sharedFolder_); },
@@ -172,9 +176,11 @@ void frmEmail::openSharedFolder(const FolderKeys& keys) {
     ignoringErrors([&] { sharedFolder_ = apartment().gNameSpace.GetFolderFromID(keys.sharedEntryId, keys.sharedStoreId); });
 }
 
+/// A setting that was never written counts as 0, all; one that is no number is error 13.
 Scope frmEmail::scopeAtOpening() const {
     if (!SharingEnabled()) return Scope::Private;
-    const double number = Val(setting(u"LoadTemplateDefault"));
+    const std::u16string text = setting(u"LoadTemplateDefault");
+    const std::int32_t number = text.empty() ? 0 : Variant(text).toInt32();
     return number == 1 ? Scope::Private : number == 2 ? Scope::Shared : Scope::All;
 }
 
@@ -185,7 +191,11 @@ OptionButton& frmEmail::optionOf(Scope scope) {
 void frmEmail::disableScopesWithoutSharing() {
     if (SharingEnabled()) return;
     optPrivate.Value = true;
-    for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = false;
+    enableScopes(false);
+}
+
+void frmEmail::enableScopes(bool on) {
+    for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = on;
 }
 
 /// Loads the tables of a scope through the progress window; with `missingOnly` only those that are not there yet.
@@ -208,7 +218,12 @@ void frmEmail::Form_Activate() {
     });
     ignoringErrors([&] { txtSearch.SetFocus(); });
     applyModes();
+    ignoringErrors([&] { showTipAtOpening(); });  // a hint that cannot be shown is none
     opening_ = false;
+}
+
+void frmEmail::showTipAtOpening() {
+    if (setting(u"ShowTips") != u"False") ShowSearchTip(txtSearch);
 }
 
 void frmEmail::applyModes() {
@@ -239,7 +254,6 @@ void frmEmail::Form_Unload() {
     templateTables().rsPrivateTemplates = {};
     rsCurrentList_ = {};
     privateFolder_ = {};
-    mainFolder_ = {};
     sharedFolder_ = {};
     DisableInsert = false;
     NewMailUsingTempl = false;
@@ -248,6 +262,7 @@ void frmEmail::Form_Unload() {
     withFormat_ = false;
     AnsweredMail = {};
     opening_ = true;
+    CloseSearchTip();
 }
 
 void frmEmail::SaveLastUsedFolder() {
@@ -262,7 +277,10 @@ void frmEmail::SaveLastUsedFolder() {
 
 void frmEmail::DispFldrMaintBtns() {
     const std::u16string value = setting(u"ShowFldrMainBtns");
-    const bool shown = value == u"True" || value.empty();
+    showMaintenanceButtons(value == u"True" || value.empty());
+}
+
+void frmEmail::showMaintenanceButtons(bool shown) {
     for (Control* control : std::initializer_list<Control*>{&cmdNew, &cmdEdit, &cmdDelete, &lblHide}) control->Visible = shown;
     for (Control* control : std::initializer_list<Control*>{&lblRightClick, &lblFldrMainBtns}) control->Visible = !shown;
 }

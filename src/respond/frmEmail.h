@@ -6,6 +6,7 @@
 
 #include "host/Adodb.h"
 #include "host/Form.h"
+#include "host/ObjectProperty.h"
 #include "host/Outlook.h"
 #include "host/Redemption.h"
 #include "store/TemplateList.h"
@@ -38,7 +39,7 @@ public:
     host::Property<bool> ReplyUsingTempl;    ///< reply mode
     host::Property<std::int32_t> ReplyKind;  ///< 1 reply, 2 reply to all, 3 forward
     host::Property<bool> FromInspector;      ///< the reply was started in an Inspector
-    host::Object AnsweredMail;               ///< the mail being answered
+    host::ObjectProperty AnsweredMail;       ///< the mail being answered
 
     // The controls, in the order of the window.
     host::Panel picLorvane;
@@ -50,6 +51,7 @@ public:
     host::Label lblSubFolder, Label2;
     host::TextBox txtSearch;
     host::Button cmdClear;
+    host::Panel fraShow;
     host::OptionButton optAll, optPrivate, optShared;
     host::ComboBox cmbCategories;
     host::ListBox lstEmails;
@@ -87,6 +89,7 @@ public:
         std::u16string entryId, storeId;
     };
     TemplateIdentity identityOfLine(std::int32_t line);
+    host::MailItem itemOfLine(std::int32_t line);
 
 protected:
     void Form_Load() override;
@@ -106,10 +109,12 @@ private:
     void disableScopesWithoutSharing();
     void loadTables(store::Scope scope, bool missingOnly);
     bool loadingStep(const std::function<void()>& step);
+    void showTipAtOpening();
     void applyModes();
     void applyCopyMode();
     void SaveLastUsedFolder();
     void DispFldrMaintBtns();
+    void showMaintenanceButtons(bool shown);
 
     // The list and what narrows it.
     bool copyScopeInto(const host::Recordset& list) const;
@@ -118,7 +123,9 @@ private:
     void showListOrEmpty(ListResult result, std::u16string_view emptyText);
     void showList();
     void ShowBlankState(bool loading, bool searching);
+    std::u16string_view emptyTextOfSearch() const;
     void changeScope(store::Scope scope);
+    void enableScopes(bool on);
     void restartSearchTimer();
 
     void cmbCategories_Click();
@@ -145,11 +152,20 @@ private:
     void deleteChosenTemplate();
     bool isOpenInInspector(std::u16string_view entryId) const;
 
+    // Another folder, other categories.
+    void cmdPickfolder_Click();
+    void useFolder(const host::MAPIFolder& folder);
+    void cmdCategorize_Click();
+    void reloadCategories();
+
     // The window's own doings.
     void lblChangeFolder_Click();
+    void lblShowTips_Click();
+    void cmdHelp_Click();
     void FldrMaintBtnsClick();
-    void hover(host::Label* over);
     void wireMaintenance();
+    void wireLinks();
+    void publishOperations();
 
     // Insertion.
     enum class NextStep { SaveTarget, Release };
@@ -170,7 +186,6 @@ private:
     std::uint32_t listRun_ = 0;
     ListResult lastListResult_ = ListResult::Failed;  // until the loading has come so far
     host::MAPIFolder privateFolder_;
-    host::MAPIFolder mainFolder_;
     host::MAPIFolder sharedFolder_;
     host::Recordset rsCurrentList_;
     std::array<std::u16string, 5> caretSnapshot_;  // To, CC, BCC, SentOnBehalfOfName, Subject

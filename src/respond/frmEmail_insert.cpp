@@ -1,6 +1,7 @@
 #include "host/Guards.h"
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
+#include "respond/LaterAnswers.h"
 #include "respond/TextInsert.h"
 #include "respond/basAttachments.h"
 #include "respond/frmEmail.h"
@@ -20,8 +21,6 @@ using namespace host;
 
 namespace {
 
-/// Chosen only so that it never occurs in a mail.
-constexpr std::u16string_view caretMarker = u"Asdw34r2wjkytui983jnd2m";
 constexpr std::int32_t caretMarkerLength = static_cast<std::int32_t>(caretMarker.size());
 
 void sendKeys(std::u16string_view keys) {
@@ -104,6 +103,16 @@ void frmEmail::insertChosenTemplate() {
     const MailItem templateItem = apartment().gNameSpace.GetItemFromID(identity.entryId, identity.storeId);
     TemplateLogRecord(identity.entryId, identity.storeId);
 
+    if (NewMailUsingTempl) {
+        Hide();
+        oe_NewMail_UsingTempl(templateItem, withFormat_, false, u"", u"", true);
+        return;
+    }
+    if (ReplyUsingTempl) {
+        Hide();
+        AnsweredMail = ReplyUsingTemplate(templateItem, AnsweredMail, withFormat_, ReplyKind, FromInspector, u"", u"");
+        return;
+    }
     SafeMailItem target;
     if (insertIntoActiveItem(templateItem, target) == NextStep::SaveTarget && target) target.Save();
 }
@@ -232,6 +241,7 @@ frmEmail::NextStep frmEmail::insertIntoPost(const MailItem& templateItem, const 
             target.Save();
             const std::u16string body = target.Body();
             std::u16string templateText = templateSafe.Body();
+            Insert(body, caretMarker, templateText);  // thrown away: its tags are not replaced yet
             text::ReplaceTemplateTag(templateText, target, text::sourceRecipient, false);
             if (holdsMarker(body))
                 target.Body(Insert(body, caretMarker, templateText));

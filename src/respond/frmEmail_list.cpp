@@ -1,6 +1,7 @@
 #include "host/Guards.h"
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
+#include "respond/ChooserTexts.h"
 #include "respond/frmEmail.h"
 #include "store/Categories.h"
 #include "store/TemplateFolders.h"
@@ -18,8 +19,6 @@ constexpr std::int32_t arrow = 0;
 constexpr std::int32_t hourglass = 11;
 constexpr std::int32_t searchDelay = 1000;  // milliseconds from the last change to the search
 constexpr double subjectMargin = 10;
-constexpr std::u16string_view noneInFolder = u"No templates were found in the selected folder.";
-constexpr std::u16string_view noneMatching = u"No matching templates were found in the selected folder.";
 
 }  // namespace
 
@@ -112,6 +111,11 @@ void frmEmail::showListOrEmpty(ListResult result, std::u16string_view emptyText)
     ShowBlankState(false, false);
 }
 
+/// What the empty state says by whether something was searched for; blanks alone are no search.
+std::u16string_view frmEmail::emptyTextOfSearch() const {
+    return Trim(txtSearch.Text.get()).empty() ? noneInFolder : noneMatching;
+}
+
 std::int32_t frmEmail::InList(const ComboBox& combo, std::u16string_view text) const {
     if (text.empty()) return 0;
     for (std::int32_t line = 1; line < combo.ListCount(); ++line)
@@ -121,15 +125,16 @@ std::int32_t frmEmail::InList(const ComboBox& combo, std::u16string_view text) c
 
 void frmEmail::cmbCategories_Click() {
     if (opening_) return;
+    const Object keepAlive(this);
     withErrorBox(u"frmEmail.cmbCategories_Click", [&] {
         ToggleControls(false);
-        for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = false;
+        enableScopes(false);
         const ListResult result = UpdateEmailList();
-        if (result == ListResult::Superseded) return;
+        if (!isLoaded()) return;
         showListOrEmpty(result, noneInFolder);
         ToggleControls(true);
-        for (OptionButton* option : {&optAll, &optPrivate, &optShared}) option->Enabled = true;
-        if (lstEmails.ListCount() > 0) lstEmails.ListIndex = 0;
+        enableScopes(true);
+        if (result != ListResult::Superseded && lstEmails.ListCount() > 0) lstEmails.ListIndex = 0;
         disableScopesWithoutSharing();
     });
 }
@@ -173,15 +178,13 @@ void frmEmail::txtSearch_KeyDown() {
 }
 
 void frmEmail::tmrCompleteType_Timer() {
+    const Object keepAlive(this);
     withErrorBox(u"frmEmail.tmrCompleteType_Timer", [&] {
         stop_ = false;
         DisableButtons();
         const ListResult result = UpdateEmailList();
-        if (result == ListResult::Superseded) return;
-        if (result == ListResult::Filled)
-            showList();
-        else if (!stop_)
-            showListOrEmpty(result, Trim(txtSearch.Text.get()).empty() ? noneInFolder : noneMatching);
+        if (!isLoaded()) return;
+        if (result == ListResult::Filled || !stop_) showListOrEmpty(result, emptyTextOfSearch());
         if (stop_) {
             restartSearchTimer();
             stop_ = false;
@@ -189,6 +192,7 @@ void frmEmail::tmrCompleteType_Timer() {
             tmrCompleteType.Enabled = false;
         }
         EnableButtons();
+        if (result == ListResult::Superseded) return;
         ignoringErrors([&] {
             if (lstEmails.ListCount() > 0) lstEmails.ListIndex = 0;
         });
@@ -200,12 +204,15 @@ frmEmail::TemplateIdentity frmEmail::identityOfLine(std::int32_t line) {
     return {rsCurrentList_.Fields(u"strentryid").text(), std::u16string(Trim(rsCurrentList_.Fields(u"strStoreID").text()))};
 }
 
+MailItem frmEmail::itemOfLine(std::int32_t line) {
+    const TemplateIdentity identity = identityOfLine(line);
+    return apartment().gNameSpace.GetItemFromID(identity.entryId, identity.storeId);
+}
+
 void frmEmail::lstEmails_Click() {
     if (lstEmails.ListIndex < 0) return;
     withErrorBox(u"frmEmail.lstEmails_Click", [&] {
-        const TemplateIdentity identity = identityOfLine(lstEmails.ListIndex);
-        const MailItem item = apartment().gNameSpace.GetItemFromID(identity.entryId, identity.storeId);
-        const SafeMailItem safe = makeSafeMailItem(item);
+        const SafeMailItem safe = makeSafeMailItem(itemOfLine(lstEmails.ListIndex));
         txtSubject.Text = safe.Subject();
         txtPreview.Text = safe.Body();
     });

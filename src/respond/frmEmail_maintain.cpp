@@ -1,6 +1,8 @@
 #include "host/Guards.h"
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
+#include "respond/ChooserTexts.h"
+#include "respond/FurtherWindows.h"
 #include "respond/frmEmail.h"
 #include "respond/modTemplateLog.h"
 #include "text/html_clip.h"
@@ -18,6 +20,7 @@ constexpr std::int32_t tipsHeight = 1440;      // twips
 constexpr std::int32_t noTipsHeight = 480;     // twips
 constexpr std::int32_t linkColour = 16711680;  // blue
 constexpr std::int32_t hoverColour = 33023;    // orange
+constexpr std::int32_t manualTopic = 1000;
 
 std::u16string createFirst(std::u16string_view what) {
     return u"There are no items to " + std::u16string(what) + u".\r\nPlease search for another e-mail or create a standard item first.";
@@ -42,15 +45,26 @@ void frmEmail::wireMaintenance() {
     mcmdEdit.Click = [this] { cmdEdit_Click(); };
     cmdDelete.Click = [this] { cmdDelete_Click(); };
     mcmdDelete.Click = [this] { cmdDelete_Click(); };
+    cmdPickfolder.Click = [this] { cmdPickfolder_Click(); };
+    cmdCategorize.Click = [this] { cmdCategorize_Click(); };
+    cmdHelp.Click = [this] { cmdHelp_Click(); };
+}
+
+/// The labels that are clicked, and the two among them that answer the pointer.
+void frmEmail::wireLinks() {
     lblChangeFolder.Click = [this] { lblChangeFolder_Click(); };
+    lblShowTips.Click = [this] { lblShowTips_Click(); };
     lblHide.Click = [this] { FldrMaintBtnsClick(); };
     lblFldrMainBtns.Click = [this] { FldrMaintBtnsClick(); };
-    lblChangeFolder.MouseMove = [this] { hover(&lblChangeFolder); };
-    lblShowTips.MouseMove = [this] { hover(&lblShowTips); };
-    Label2.MouseMove = [this] { lblChangeFolder.ForeColor = linkColour; };
-    picLorvane.MouseMove = [this] { lblChangeFolder.ForeColor = linkColour; };
+
     lblChangeFolder.ForeColor = linkColour;
     lblShowTips.ForeColor = linkColour;
+    for (Label* link : {&lblChangeFolder, &lblShowTips}) link->MouseMove = [link] { link->ForeColor = hoverColour; };
+    Label2.MouseMove = [this] { lblChangeFolder.ForeColor = linkColour; };
+    picLorvane.MouseMove = [this] { lblChangeFolder.ForeColor = linkColour; };
+    MouseMove = [this] {
+        for (Label* link : {&lblChangeFolder, &lblShowTips}) link->ForeColor = linkColour;
+    };
 }
 
 void frmEmail::lstEmails_DblClick() {
@@ -85,7 +99,7 @@ void frmEmail::lstEmails_MouseDown(std::int32_t button, double y) {
 void frmEmail::cmdCopyToClipBoard_Click() {
     const Object keepAlive(this);
     withErrorBox(u"frmEmail.cmdCopyToClipBoard_Click", [&] {
-        if (Trim(txtPreview.Text.get()).empty()) return;
+        if (lstEmails.ListIndex < 0 || Trim(txtPreview.Text.get()).empty()) return;
         const Clipboard clipboard = apartment().machine.clipboard();
         clipboard.Clear();
         clipboard.SetText(txtPreview.Text.get());
@@ -179,7 +193,7 @@ void frmEmail::deleteChosenTemplate() {
     if (MsgBox(question, msgbox::Question, u"Confirm Delete - " + here.title) != msgbox::Yes) return;
 
     txtPreview.Text = u"";
-    txtSubject.Text = u"Select a template from the list to preview";
+    txtSubject.Text = std::u16string(chooseFromList);
     item.Delete();
     lstEmails.Clear();
     LoadTemplateList(privateFolder_, sharedFolder_, &lstEmails, false);
@@ -192,11 +206,18 @@ void frmEmail::lblChangeFolder_Click() {
     Refresh();
 }
 
+void frmEmail::lblShowTips_Click() {
+    withErrorBox(u"frmEmail.lblShowTips_Click", [&] { ShowSearchTip(txtSearch); });
+}
+
+void frmEmail::cmdHelp_Click() {
+    withErrorBox(u"frmEmail.cmdHelp_Click", [] { OpenManual(manualTopic); });
+}
+
 void frmEmail::FldrMaintBtnsClick() {
     withErrorBox(u"frmEmail.FldrMaintBtnsClick", [&] {
         const bool shown = setting(u"ShowFldrMainBtns") != u"True";
-        for (Control* control : std::initializer_list<Control*>{&cmdNew, &cmdEdit, &cmdDelete, &lblHide}) control->Visible = shown;
-        for (Control* control : std::initializer_list<Control*>{&lblRightClick, &lblFldrMainBtns}) control->Visible = !shown;
+        showMaintenanceButtons(shown);
         saveSetting(u"ShowFldrMainBtns", shown ? u"True" : u"False");
     });
 }
@@ -211,11 +232,6 @@ void frmEmail::HideTips() {
     saveSetting(u"ShowTips", u"False");
     picLorvane.Height = noTipsHeight;
     lblShowTips.Visible = true;
-}
-
-/// The link under the pointer is orange; the others, and all of them over the form itself, are blue.
-void frmEmail::hover(Label* over) {
-    for (Label* link : {&lblChangeFolder, &lblShowTips}) link->ForeColor = link == over ? hoverColour : linkColour;
 }
 
 }  // namespace lorvane::respond

@@ -1,6 +1,7 @@
 #include "store/TemplateFolders.h"
 
 #include <array>
+#include <optional>
 
 #include "host/Guards.h"
 #include "host/Redemption.h"
@@ -39,6 +40,17 @@ MAPIFolder folderNamed(const Folders& folders, std::u16string_view name) {
     return {};
 }
 
+/// None for what is no folder, as the name space above the top folder: it has no name. A folder whose name cannot be read is an error: a path without it would
+/// be that of another folder.
+std::optional<std::u16string> nameOfFolder(const MAPIFolder& level) {
+    try {
+        return level.Name();
+    } catch (const HostError& error) {
+        if (error.number() != runtime_error::NoSuchMember) throw;
+        return std::nullopt;
+    }
+}
+
 std::u16string paragraphs(std::initializer_list<std::u16string_view> texts) {
     std::u16string body;
     for (const std::u16string_view text : texts) {
@@ -66,10 +78,12 @@ bool SharingEnabled() {
 
 std::u16string GetFolderPath(const MAPIFolder& folder) {
     std::u16string path;
-    // The walk ends where Parent gives no folder any more: the name space above the top folder has no name.
-    ignoringErrors([&] {
-        for (MAPIFolder level = folder; level; level = MAPIFolder(level.Parent())) path.insert(0, u"\\" + level.Name());
-    });
+    for (MAPIFolder level = folder; level;) {
+        const std::optional<std::u16string> name = nameOfFolder(level);
+        if (!name) break;
+        path.insert(0, u"\\" + *name);
+        if (!ignoringErrors([&] { level = MAPIFolder(level.Parent()); })) break;
+    }
     return path;
 }
 
@@ -186,18 +200,21 @@ void SetPrivateSharedOptions(OptionButton& optPrivate, OptionButton& optShared, 
     }
 }
 
-void LoadSubFolders(const MAPIFolder& folder, ComboBox& combo) {
+bool HoldsMailItems(const MAPIFolder& folder) {
     constexpr std::int32_t mailItems = 0;
     constexpr std::int32_t postItems = 6;
+    const std::int32_t type = folder.DefaultItemType();
+    return type == mailItems || type == postItems;
+}
 
+void LoadSubFolders(const MAPIFolder& folder, ComboBox& combo) {
     combo.Clear();
     combo.AddItem(u"");
     const Folders folders = folder.Folders();
     const std::int32_t count = folders.Count();
     for (std::int32_t index = 1; index <= count; ++index) {
         const MAPIFolder subFolder = folders.Item(index);
-        const std::int32_t type = subFolder.DefaultItemType();
-        if (type == mailItems || type == postItems) combo.AddItem(MakeSubFolderEntry(subFolder));
+        if (HoldsMailItems(subFolder)) combo.AddItem(MakeSubFolderEntry(subFolder));
     }
 
     const std::u16string last = setting(u"LastSubFolderName");

@@ -35,6 +35,9 @@ bool VerifyFolders(const host::MAPIFolder& privateFolder, host::MAPIFolder& shar
 /// Decides where a save window points when it opens.
 void SetPrivateSharedOptions(host::OptionButton& optPrivate, host::OptionButton& optShared, const host::MailItem& item);
 
+/// True where the folder's items are mails or posts.
+bool HoldsMailItems(const host::MAPIFolder& folder);
+
 /// Fills a combo with the sub-folders that can hold mails or posts, behind one empty line for the folder itself, and chooses the last used one.
 void LoadSubFolders(const host::MAPIFolder& folder, host::ComboBox& combo);
 /// The name padded with blanks to 250 characters, then the EntryID. Error 5 for a longer name.

@@ -178,7 +178,7 @@ bool IsEncryptedEmail(const MailItem& item) {
 }
 
 void CopyTemplateRecords(const Recordset& source, const Recordset& target, bool addSuffix) {
-    if (source.RecordCount() > 0) {
+    if (source && source.RecordCount() > 0) {
         const TemplateFields from(source);
         const TemplateFields to(target);
         for (source.MoveFirst(); !source.EndOfFile(); source.MoveNext()) {

@@ -39,7 +39,7 @@ void LoadTemplateList(const host::MAPIFolder& privateFolder, const host::MAPIFol
 /// True where reading the item's identity fails: such an item is no template.
 bool IsEncryptedEmail(const host::MailItem& item);
 
-/// Adds the rows of `source` to `target`, with " (Shared)" behind each subject where `addSuffix`; ends on the target's first row.
+/// Adds the rows of `source`, none where it is Nothing, to `target`, with " (Shared)" behind each subject where `addSuffix`; ends on the target's first row.
 void CopyTemplateRecords(const host::Recordset& source, const host::Recordset& target, bool addSuffix);
 
 /// A list line: the subject padded with blanks to 600 characters, then the row's position. Error 5 for a longer subject.

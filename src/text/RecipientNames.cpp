@@ -15,10 +15,6 @@ constexpr std::int32_t receivedByNameTag = 0x0040001E;
 constexpr std::int32_t senderAddressTypeTag = 0x0C1E001E;
 constexpr std::int32_t proxyAddressesTag = 0x800F101E;
 
-std::u16string fieldText(const Variant& field) {
-    return field.isNull() ? std::u16string() : field.toText();
-}
-
 std::u16string trimmed(std::u16string_view text) {
     return std::u16string(Trim(text));
 }

@@ -57,20 +57,21 @@ void replaceNamesBySenderOf(std::u16string& text, const MailItem& answered, cons
 
 }  // namespace
 
-std::u16string ReplaceTemplateTag(std::u16string& text, const Object& item, std::u16string_view source, bool noRecipient, const Object& otherItem) {
+const std::u16string& ReplaceTemplateTag(std::u16string& text, const Object& item, std::u16string_view source, bool noRecipient, const Object& otherItem) {
     const std::u16string date = today();
     RemoveGrammarCheck(text, u"[<span", u"</span>]");
     if (item) {
         if (equalsIgnoreCase(source, sourceRecipient))
             replaceNamesByRecipientOf(text, MailItem(item));
-        else if (!noRecipient)
+        else if (!noRecipient && otherItem)
             replaceNamesBySenderOf(text, MailItem(item), MailItem(otherItem));
     }
     return ReplaceTag(text, u"[Date]", date);
 }
 
-std::u16string ReplaceTag(std::u16string& text, std::u16string_view tag, std::u16string_view value) {
-    text = Replace(text, tag, value, Compare::IgnoreCase);
+const std::u16string& ReplaceTag(std::u16string& text, std::u16string_view tag, std::u16string_view value) {
+    // A text without the tag is not made anew.
+    if (InStr(1, text, tag, Compare::IgnoreCase) != 0) text = Replace(text, tag, value, Compare::IgnoreCase);
     return text;
 }
 

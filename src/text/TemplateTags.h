@@ -15,12 +15,13 @@ inline constexpr std::u16string_view sourceRecipient = u"Recipient";
 ///
 /// With `source` "Recipient" (any case) the addressee is the first resolved To recipient of `item`, a mail or its safe wrapper. With any other source `item` is
 /// the mail being answered and `otherItem` the answer being built: the address entry is that of the answer's first resolved To recipient, the display name the
-/// sender of `item`; `noRecipient` leaves the names out. Without an item, a recipient or a value the name tags stay as they are; `[Date]` is always replaced.
+/// sender of `item`; `noRecipient` leaves the names out. Without an item, an answer, a recipient or a value the name tags stay as they are; `[Date]` is always
+/// replaced.
 /// Errors of the host go to the caller.
-std::u16string ReplaceTemplateTag(std::u16string& text, const host::Object& item, std::u16string_view source = u"", bool noRecipient = false,
-                                  const host::Object& otherItem = {});
+const std::u16string& ReplaceTemplateTag(std::u16string& text, const host::Object& item, std::u16string_view source = u"", bool noRecipient = false,
+                                         const host::Object& otherItem = {});
 
 /// Replaces every `tag` in `text`, any case, in place, and gives the same text.
-std::u16string ReplaceTag(std::u16string& text, std::u16string_view tag, std::u16string_view value);
+const std::u16string& ReplaceTag(std::u16string& text, std::u16string_view tag, std::u16string_view value);
 
 }  // namespace lorvane::text

@@ -52,6 +52,12 @@ TEST(AttachmentNamesTest, TheLocalFolderIsMadeOnce) {
     EXPECT_TRUE(apartment().machine.files().FolderExists(GetTempFolder() + u"Tolvenar\\Lorvane"));
 }
 
+TEST(AttachmentNamesTest, TheTemporaryFolderEndsInABackslash) {
+    TestRun run;
+    EXPECT_EQ(GetTempFolder().back(), u'\\');
+    EXPECT_TRUE(apartment().machine.files().FolderExists(GetTempFolder()));
+}
+
 TEST(AttachmentNamesTest, EmptyingNoFolderOrOneThatIsNotThereDoesNothing) {
     TestRun run;
     RemoveAttachmentsFromTemp(u"");
@@ -89,6 +95,31 @@ TEST_F(UniqueNameTest, APartOfANameIsNoName) {
     attach(target, "aa.txt");
     attach(target, "a.txt.bak");
     EXPECT_EQ(unique(u"a.txt"), u"a.txt");
+}
+
+TEST_F(UniqueNameTest, OneOfTheTemplatesOwnNamesIsNoClashButTwoAre) {
+    attach(offer, "a.txt");
+    EXPECT_EQ(unique(u"a.txt"), u"a.txt");
+    attach(offer, "A.TXT");
+    EXPECT_EQ(unique(u"a.txt"), u"a_1.txt");
+}
+
+TEST_F(UniqueNameTest, ANameThatTheTemplateHasOnceIsFreeForAnother) {
+    attach(offer, "a.txt");
+    attach(offer, "a.txt");
+    attach(offer, "a_1.txt");
+    EXPECT_EQ(unique(u"a.txt"), u"a_1.txt") << "once in the template is no clash";
+}
+
+TEST_F(UniqueNameTest, TheLastPointSplitsTheName) {
+    attach(target, "archive.tar.gz");
+    EXPECT_EQ(unique(u"archive.tar.gz"), u"archive.tar_1.gz");
+}
+
+TEST_F(UniqueNameTest, ANameWithoutAPointGetsTheNumberAtItsEnd) {
+    attach(target, "README");
+    attach(target, "README_1");
+    EXPECT_EQ(unique(u"README"), u"README_1_2");
 }
 
 TEST_F(UniqueNameTest, TheNumberGrowsWithTheName) {

@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
-#include "InsertRig.h"
-#include "respond/basAttachments.h"
+#include "AttachmentsRig.h"
 
 /// A template's attachments on their way into the item.
 namespace lorvane::support {
@@ -9,31 +6,6 @@ namespace {
 
 using namespace host;
 using namespace respond;
-
-constexpr std::int32_t contentIdTag = 0x3712001E, hiddenTag = 0x7FFE000B, flagsTag = 0x7FFD0003;
-constexpr std::int32_t itemTags[] = {static_cast<std::int32_t>(0x800A000B), 0x10F4000B};
-
-class AttachmentsTest : public testing::Test {
-protected:
-    explicit AttachmentsTest(std::u16string_view version = u"11.0.0.5510") : run({.version = std::u16string(version), .connected = false}) {}
-    void attach(const MailItem& item, std::string_view name, std::u16string_view contentId = u"") {
-        run.attach(item, name, Bytes{1, 2, 3});
-        if (!contentId.empty()) giveContentId(item, contentId);
-        item.Save();
-    }
-    std::u16string copy(std::u16string html = u"") {
-        html_ = std::move(html);
-        return CopyAttachments(offer, target, html_);
-    }
-    Variant fieldOf(std::int32_t index, std::int32_t tag) { return makeSafeMailItem(target).Attachments().Item(index).Fields(tag); }
-    Variant itemField(std::int32_t tag) { return makeSafeMailItem(target).Fields(tag); }
-    std::u16string folder() { return GetTempFolder() + u"Tolvenar\\Lorvane"; }
-
-    TestRun run;
-    MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
-    MailItem target = run.draft(u"Draft", plain(u"Text"));
-    std::u16string html_;
-};
 
 TEST_F(AttachmentsTest, WithoutAttachmentsTheResultIsEmptyAndNoFolderIsMade) {
     EXPECT_EQ(copy(u"<p>"), u"");
@@ -110,13 +82,78 @@ TEST_F(AttachmentsTest, APathThatIsTooLongIsLeftOutSilently) {
     EXPECT_TRUE(run.boxes().empty());
 }
 
+TEST_F(AttachmentsTest, CharactersThatNoFileNameHoldsAreTakenOut) {
+    attach(offer, "a:b*c?d\"e<f>g|h.txt");
+    copy();
+    EXPECT_EQ(attachmentNames(run, target), Subjects{u"abcdefgh.txt"});
+    EXPECT_EQ(localFiles(), Subjects{u"abcdefgh.txt"});
+}
+
+TEST_F(AttachmentsTest, TheNumberComesBeforeTheCleaning) {
+    attach(target, "plan #1.txt");
+    attach(offer, "plan #1.txt");
+    copy(u"see plan #1.txt");
+    EXPECT_EQ(attachmentNames(run, target), (Subjects{u"plan #1.txt", u"plan _1_1.txt"}));
+    EXPECT_EQ(html_, u"see plan #1_1.txt");
+}
+
+TEST_F(AttachmentsTest, APostTakesThemToo) {
+    attach(offer, "one.txt");
+    const MailItem post = addPost(run, run.folder(default_folder::Inbox), u"Post");
+    std::u16string html;
+    EXPECT_EQ(CopyAttachments(offer, post, html), folder());
+    EXPECT_EQ(attachmentNames(run, post), Subjects{u"one.txt"});
+}
+
+TEST_F(AttachmentsTest, TheyAreSavedWithTheTarget) {
+    attach(offer, "one.txt");
+    copy();
+    const MailItem again = run.session().GetItemFromID(target.EntryID(), target.Parent().StoreID());
+    ASSERT_EQ(again.Attachments().Count(), 1);
+    EXPECT_EQ(again.Attachments().Item(1).FileName(), u"one.txt");
+}
+
+TEST_F(AttachmentsTest, AFolderInTheLocalFolderStays) {
+    attach(offer, "one.txt");
+    copy();
+    const Files files = apartment().machine.files();
+    files.CreateFolder(folder() + u"\\below");
+    RemoveAttachmentsFromTemp(folder());
+    EXPECT_TRUE(localFiles().empty());
+    EXPECT_TRUE(files.FolderExists(folder() + u"\\below"));
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST_F(AttachmentsTest, AFileInTheLocalFoldersPlaceEndsTheCopyingInSilence) {
+    attach(offer, "one.txt");
+    const Files files = apartment().machine.files();
+    files.WriteText(GetTempFolder() + u"Tolvenar", u"in the way");
+    EXPECT_FALSE(CreateStorageFolders());
+    RemoveAttachmentsFromTemp(copy());
+    EXPECT_TRUE(attachmentNames(run, target).empty());
+    EXPECT_TRUE(run.boxes().empty());
+    EXPECT_EQ(files.ReadText(GetTempFolder() + u"Tolvenar"), u"in the way");
+}
+
+TEST_F(AttachmentsTest, ItemsMarksFromBeforeAreTakenBackButTheNamedOneStays) {
+    const SafeMailItem safe = makeSafeMailItem(target);
+    for (const std::int32_t tag : itemTags) safe.setFields(tag, true);
+    safe.setFields(embeddedOnlyTag, true);
+    safe.Save();
+    copy();
+    for (const std::int32_t tag : itemTags) EXPECT_FALSE(itemField(tag).toBoolean());
+    EXPECT_TRUE(itemField(embeddedOnlyTag).toBoolean());
+}
+
 TEST_F(AttachmentsTest, BelowTwelveReferencesAndPropertiesStay) {
     attach(offer, "logo.png", u"logo@somewhere");
     copy(u"<img src=\"cid:logo@somewhere\">");
     EXPECT_EQ(html_, u"<img src=\"cid:logo@somewhere\">");
     EXPECT_EQ(fieldOf(1, contentIdTag).toText(), u"logo@somewhere") << "as the host copied it";
-    EXPECT_TRUE(fieldOf(1, hiddenTag).isNull() || !fieldOf(1, hiddenTag).toBoolean());
+    EXPECT_TRUE(fieldOf(1, hiddenTag).isEmpty());
+    EXPECT_TRUE(fieldOf(1, flagsTag).isEmpty());
     for (const std::int32_t tag : itemTags) EXPECT_FALSE(itemField(tag).toBoolean());
+    EXPECT_TRUE(itemField(embeddedOnlyTag).isEmpty());
 }
 
 TEST_F(AttachmentsTest, AHostThatRefusesTheAttachmentsIsToldByABox) {
@@ -155,65 +192,62 @@ TEST(AttachmentFaultTest, AFolderThatCannotBeMadeEndsTheCopyingInSilence) {
     EXPECT_TRUE(run.boxes().empty());
 }
 
-/// From version 12 on; such a host is reached by calling the routines.
-class EmbeddedAttachmentsTest : public AttachmentsTest {
-protected:
-    EmbeddedAttachmentsTest() : AttachmentsTest(u"12.0.0.4518") {}
-};
-
-TEST_F(EmbeddedAttachmentsTest, AReferenceBecomesTheFileNameAndTheAttachmentIsMarked) {
-    attach(offer, "logo.png", u"part1.logo@somewhere");
-    copy(u"<img src=\"CID:part1.logo@elsewhere\" alt=\"x\">");
-    EXPECT_EQ(html_, u"<img src=\"cid:logo.png\" alt=\"x\">");
-    EXPECT_EQ(fieldOf(1, contentIdTag).toText(), u"logo.png");
-    EXPECT_TRUE(fieldOf(1, hiddenTag).toBoolean());
-    EXPECT_EQ(fieldOf(1, flagsTag).toInt32(), 8);
-    for (const std::int32_t tag : itemTags) EXPECT_TRUE(itemField(tag).toBoolean()) << "all of them are embedded";
+TEST(AttachmentFaultTest, AFolderThatGoesInBetweenEndsTheFunctionWithWhatWasCopied) {
+    TestRun run({.version = u"12.0.0.4518", .connected = false, .instruments = true});
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    for (const char* name : {"one.png", "two.png"}) {
+        run.attach(offer, name, {1});
+        giveContentId(offer, fromUtf8(name));
+    }
+    offer.Save();
+    const MailItem target = run.draft(u"Draft", plain(u"Text"));
+    // Two folders are looked for at each attachment.
+    run.faults().failNth(u"Files", u"FolderExists", 3, runtime_error::PathFileAccess);
+    std::u16string html = u"<p>text</p>";
+    RemoveAttachmentsFromTemp(CopyAttachments(offer, target, html));
+    EXPECT_EQ(attachmentNames(run, target), Subjects{u"one.png"});
+    EXPECT_EQ(html, u"<p>text</p>") << "references are not looked at any more";
+    EXPECT_TRUE(makeSafeMailItem(target).Fields(itemTags[0]).isEmpty());
+    EXPECT_TRUE(localFiles().empty());
+    EXPECT_TRUE(run.boxes().empty());
 }
 
-TEST_F(EmbeddedAttachmentsTest, AContentIdWithoutAnAtIsLookedForWhole) {
-    attach(offer, "logo.png", u"logo1");
-    copy(u"<img src=\"cid:logo1\"><img src=\"cid:logo1\">");
-    EXPECT_EQ(html_, u"<img src=\"cid:logo.png\"><img src=\"cid:logo.png\">");
+TEST(AttachmentFaultTest, AnErrorInBetweenIsToldAndWhatWasCopiedStays) {
+    TestRun run({.instruments = true});
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    for (const char* name : {"one.txt", "two.txt"}) run.attach(offer, name, {1});
+    offer.Save();
+    const MailItem target = run.draft(u"Draft", plain(u"Text"));
+    run.faults().failNth(u"Attachment", u"SaveAsFile", 2, host_failure::Failed, u"Out of luck");
+    std::u16string html;
+    RemoveAttachmentsFromTemp(CopyAttachments(offer, target, html));
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox(), (screen::ScriptedUser::BoxRecord{u"Copy Attachments - Lorvane", u"Error -2147467259: Out of luck", 16, 1}));
+    EXPECT_EQ(attachmentNames(run, target), Subjects{u"one.txt"});
+    EXPECT_TRUE(localFiles().empty());
 }
 
-TEST_F(EmbeddedAttachmentsTest, TheFileNameIsLookedForWhereTheContentIdIsNot) {
-    attach(offer, "logo.png", u"other@somewhere");
-    copy(u"<img src=\"cid:logo.png@01C6\">");
-    EXPECT_EQ(html_, u"<img src=\"cid:logo.png\">");
-}
-
-TEST_F(EmbeddedAttachmentsTest, APictureThatTheHtmlDoesNotMentionEmptiesItWhereItComesFirst) {
-    attach(offer, "logo.png", u"logo1");
-    copy(u"<p>no picture</p>");
-    EXPECT_EQ(html_, u"");
-}
-
-TEST_F(EmbeddedAttachmentsTest, BehindARewrittenReferenceItDoesNoHarm) {
-    attach(offer, "logo.png", u"logo1");
-    attach(offer, "other.png", u"other1");
-    copy(u"<img src=\"cid:logo1\">");
-    EXPECT_EQ(html_, u"<img src=\"cid:logo.png\">");
-}
-
-TEST_F(EmbeddedAttachmentsTest, AnAttachmentOfTheTargetsOwnMakesTheItemsMarksFalse) {
-    attach(target, "own.txt");
-    attach(offer, "logo.png", u"logo1");
-    copy(u"<img src=\"cid:logo1\">");
-    for (const std::int32_t tag : itemTags) EXPECT_FALSE(itemField(tag).toBoolean());
-    EXPECT_TRUE(fieldOf(2, hiddenTag).toBoolean());
-}
-
-TEST_F(EmbeddedAttachmentsTest, AnAttachmentWithoutAContentIdIsNotEmbedded) {
-    attach(offer, "prices.txt");
-    copy(u"<p>text</p>");
-    EXPECT_EQ(html_, u"<p>text</p>");
-    for (const std::int32_t tag : itemTags) EXPECT_FALSE(itemField(tag).toBoolean());
-}
-
-TEST_F(EmbeddedAttachmentsTest, NoAttachmentsAtAllCountAsAll) {
-    copy();
-    for (const std::int32_t tag : itemTags) EXPECT_TRUE(itemField(tag).toBoolean());
+TEST(AttachmentCallsTest, EachIsAddedByValueAtItsPlaceAndTheTargetIsSavedBehindIt) {
+    TestRun run({.instruments = true});
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    run.attach(offer, "one.txt", {1});
+    run.attach(offer, "two.txt", {2});
+    offer.Save();
+    const MailItem target = run.draft(u"Draft", plain(u"Text"));
+    run.recorder().clear();
+    std::u16string html;
+    CopyAttachments(offer, target, html);
+    std::vector<std::u16string> order;
+    for (const auto& call : run.recorder().calls()) {
+        if (call.className == u"Attachments" && call.member == u"Add") {
+            EXPECT_EQ(call.arguments[1].toInt32(), 1);
+            order.push_back(u"add " + decimal(call.arguments[2].toInt32()) + u" " + call.arguments[3].toText());
+        } else if (call.member == u"SaveAsFile" || call.member == u"Save") {
+            order.push_back(call.className + u"." + call.member);
+        }
+    }
+    EXPECT_EQ(order, (std::vector<std::u16string>{u"Attachment.SaveAsFile", u"add 1 one.txt", u"MailItem.Save", u"Attachment.SaveAsFile", u"add 2 two.txt",
+                                                  u"MailItem.Save", u"MailItem.Save", u"SafeMailItem.Save", u"MailItem.Save"}));
 }
 
 }  // namespace

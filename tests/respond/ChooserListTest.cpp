@@ -58,6 +58,20 @@ TEST(UpdateEmailListTest, ASubjectOf601CharactersStopsTheRun) {
     EXPECT_EQ(run.lastBox().style, 16);
 }
 
+TEST(UpdateEmailListTest, AFailedRunLeavesPointerAndScrollExtentAsTheyWere) {
+    TestRun run;
+    run.addTemplate(u"Alpha", plain(u"Text"));
+    const MailItem second = run.addTemplate(u"A subject that is much longer", plain(u"Text"));
+    openChooser(run, [&](ScriptedUser&) {
+        const std::int32_t extent = chooser().lstEmails.HorizontalExtent;
+        run.driver().purge(second);
+        EXPECT_EQ(chooser().UpdateEmailList(), ListResult::Failed);
+        EXPECT_EQ(chooser().lstEmails.HorizontalExtent, extent);
+        EXPECT_EQ(chooser().MousePointer, 11);
+        EXPECT_EQ(chooser().txtSearch.Text.get(), u"");
+    });
+}
+
 TEST(UpdateEmailListTest, TheSharedSuffixCountsAmongThe600) {
     TestRun run;
     const MAPIFolder team = shareFolder(run);
@@ -188,6 +202,55 @@ TEST(UpdateEmailListTest, SharedRowsAreLookedForByTheirCategories) {
         EXPECT_EQ(chooser().UpdateEmailList(), ListResult::Filled);
         EXPECT_EQ(listed(), Subjects{u"Mine"}) << "the shared templates are there, but their categories are not";
     });
+}
+
+TEST(UpdateEmailListTest, ASharedFolderThatWasLostSinceLeavesThePrivateTemplates) {
+    TestRun run;
+    run.addTemplate(shareFolder(run), u"Ours", plain(u"Text"), u"Team");
+    run.addTemplate(u"Mine", plain(u"Text"));
+    openChooser(run, [&](ScriptedUser&) { EXPECT_EQ(listed(), (Subjects{u"Mine", u"Ours (Shared)"})); });
+    run.driver().removeStore(u"Team");
+    openChooser(run, [&](ScriptedUser& she) {
+        EXPECT_TRUE(store::templateTables().rsSharedCategories) << "kept from before";
+        EXPECT_FALSE(store::templateTables().rsSharedTemplates);
+        EXPECT_EQ(listed(), Subjects{u"Mine"});
+        she.Click(chooserName, u"optShared");
+        EXPECT_EQ(listed(), Subjects{});
+        EXPECT_TRUE(chooser().lblNoEmails.Visible);
+    });
+    ASSERT_EQ(run.boxes().size(), 1U) << "the warning, and nothing else";
+    EXPECT_EQ(run.lastBox().title, u"Shared Templates Folder Not Found - Lorvane");
+}
+
+TEST(UpdateEmailListTest, ACategoryWhoseRunASearchTookOverTurnsTheControlsOnAgain) {
+    TestRun run;
+    shareFolder(run);
+    for (const std::u16string_view subject : {u"Alpha", u"Beta", u"Gamma"}) run.addTemplate(subject, plain(u"Text"), u"Sales");
+    openChooser(run, [&](ScriptedUser& she) {
+        she.Type(chooserName, u"txtSearch", u"b");
+        she.atPump(1, [](ScriptedUser& user) { user.Advance(1000); });
+        she.Select(chooserName, u"cmbCategories", 1);
+        EXPECT_EQ(listed(), Subjects{u"Beta"});
+        EXPECT_TRUE(chooser().lstEmails.Visible);
+        EXPECT_EQ(chooser().lstEmails.ListIndex, 0);
+        for (const Control* control : chooser().controls()) EXPECT_EQ(control->Enabled, control->kind() != ControlKind::Timer) << toUtf8(control->name());
+    });
+}
+
+TEST(UpdateEmailListTest, ASearchWhoseRunACategoryTookOverTurnsTheButtonsOnAndTheTimerOff) {
+    TestRun run;
+    run.addTemplate(u"Alpha", plain(u"Text"));
+    run.addTemplate(u"Beta", plain(u"Text"), u"Sales");
+    openChooser(run, [&](ScriptedUser& she) {
+        she.Type(chooserName, u"txtSearch", u"a");
+        she.atPump(2, [](ScriptedUser& user) { user.Select(chooserName, u"cmbCategories", 1); });
+        she.Advance(1000);
+        EXPECT_EQ(listed(), Subjects{u"Beta"});
+        EXPECT_TRUE(chooser().lstEmails.Visible);
+        EXPECT_TRUE(chooser().cmdInsert.Enabled);
+        EXPECT_FALSE(chooser().tmrCompleteType.Enabled);
+    });
+    EXPECT_TRUE(run.boxes().empty());
 }
 
 TEST(UpdateEmailListTest, LoadingAndSearchingShowTheirStatesMeanwhile) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ChooserRig.h"
+#include "store/CategoryFiles.h"
 #include "store/FoldersRig.h"
 
 /// Copying a template, and making, editing and deleting one.
@@ -57,6 +58,21 @@ TEST_F(MaintenanceTest, CopyOfAnEmptyPreviewIsSilentAndStaysOpen) {
     EXPECT_TRUE(run.boxes().empty());
 }
 
+TEST_F(MaintenanceTest, CopyWithNothingSelectedIsSilentThoughAPreviewStandsThere) {
+    clickWithoutSelection(u"cmdCopyToClipBoard");
+    EXPECT_FALSE(run.clipboardText());
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST_F(MaintenanceTest, CopyTakesThePreviewAsItStands) {
+    run.addTemplate(u"Offer", plain(u"Dear [FirstName]"));
+    openChooser(run, [](ScriptedUser& she) {
+        chooser().txtPreview.Text = u"Only this";
+        she.Click(chooserName, u"cmdCopyToClipBoard");
+    });
+    EXPECT_EQ(run.clipboardText(), u"Only this");
+}
+
 TEST_F(MaintenanceTest, CopyWithFormatTakesTheHtmlWithItsTags) {
     run.addTemplate(u"Offer", html(u"<HTML><BODY><B>Dear</B> [FirstName], [Date]</BODY></HTML>"));
     clickWith(u"Offer", u"cmdCopyHTMLToClipB");
@@ -90,6 +106,25 @@ TEST_F(MaintenanceTest, EditOpensTheTemplateInPlaceOfTheChooser) {
     ASSERT_TRUE(run.application().ActiveInspector());
     EXPECT_EQ(run.application().ActiveInspector().CurrentItem().EntryID(), offer.EntryID());
     EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST_F(MaintenanceTest, EditBesideAnotherOpenItemOpensTheTemplate) {
+    run.openMail(run.draft(u"Draft", plain(u"Text")));
+    run.addTemplate(u"Offer", plain(u"Text"));
+    clickWith(u"Offer", u"cmdEdit");
+    EXPECT_EQ(run.application().ActiveInspector().CurrentItem().Subject(), u"Offer");
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST_F(MaintenanceTest, EditOfATemplateThatIsGoneShowsTheStandardBox) {
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    openChooser(run, [&](ScriptedUser& she) {
+        run.driver().purge(offer);
+        she.Click(chooserName, u"cmdEdit");
+        EXPECT_TRUE(isChooserOpen());
+    });
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox().title, u"frmEmail.cmdEdit_Click - Lorvane");
 }
 
 TEST_F(MaintenanceTest, EditOfAnEmptyListIsRefused) {
@@ -128,6 +163,50 @@ TEST_F(MaintenanceTest, DeleteAsksAndDeletesOnYes) {
     });
     expectBox(u"Confirm Delete - Lorvane", u"Are you sure that you want to delete the selected template: Offer?", 36);
     EXPECT_EQ(subjectsIn(run.templatesFolder()), Names{u"Answer"});
+}
+
+TEST_F(MaintenanceTest, DeleteRebuildsTheTablesAndWritesNoFile) {
+    run.addTemplate(u"Answer", plain(u"Text"), u"Letters");
+    run.addTemplate(u"Offer", plain(u"Text"), u"Sales");
+    run.user().AnswerNext({msgbox::Yes});
+    openChooser(run, [](ScriptedUser& she) {
+        const std::u16string file = store::ReadFile(store::privateCategoriesPath());
+        selectSubject(she, u"Offer");
+        she.Click(chooserName, u"cmdDelete");
+        EXPECT_EQ(store::templateTables().rsPrivateTemplates.RecordCount(), 1);
+        EXPECT_EQ(store::templateTables().rsPrivateCategories.RecordCount(), 1);
+        EXPECT_EQ(store::ReadFile(store::privateCategoriesPath()), file) << "its name stays there until the next opening";
+        EXPECT_NE(file.find(u"Sales"), std::u16string::npos);
+    });
+    openChooser(run);
+    EXPECT_EQ(store::ReadFile(store::privateCategoriesPath()).find(u"Sales"), std::u16string::npos);
+}
+
+TEST_F(MaintenanceTest, DeleteKeepsWhatNarrowsTheList) {
+    for (const std::u16string_view subject : {u"Offer one", u"Offer two", u"Answer"}) run.addTemplate(subject, plain(u"Text"), u"Sales");
+    run.user().AnswerNext({msgbox::Yes});
+    openChooser(run, [](ScriptedUser& she) {
+        she.Select(chooserName, u"cmbCategories", 1);
+        she.Type(chooserName, u"txtSearch", u"offer");
+        she.Advance(1000);
+        selectSubject(she, u"Offer one");
+        she.Click(chooserName, u"cmdDelete");
+        EXPECT_EQ(listed(), Subjects{u"Offer two"});
+    });
+}
+
+TEST_F(MaintenanceTest, DeleteTakesASharedTemplateToo) {
+    const MAPIFolder team = shareFolder(run);
+    run.addTemplate(u"Mine", plain(u"Text"));
+    run.addTemplate(team, u"Ours", plain(u"Text"));
+    run.user().AnswerNext({msgbox::Yes});
+    openChooser(run, [](ScriptedUser& she) {
+        selectSubject(she, u"Ours (Shared)");
+        she.Click(chooserName, u"cmdDelete");
+        EXPECT_EQ(listed(), Subjects{u"Mine"});
+    });
+    expectBox(u"Confirm Delete - Lorvane", u"Are you sure that you want to delete the selected template: Ours?", 36);
+    EXPECT_EQ(team.Items().Count(), 0);
 }
 
 TEST_F(MaintenanceTest, DeleteIsDroppedOnNo) {
@@ -216,6 +295,24 @@ TEST_F(MaintenanceTest, HandlersThatChangeThingsRememberTheFolder) {
         if (const Inspector open = run.application().ActiveInspector()) run.driver().closeInspector(open, false);
     }
 }
+
+class CopyFaultTest : public testing::TestWithParam<std::u16string_view> {};
+
+TEST_P(CopyFaultTest, AnErrorOfTheHostShowsTheStandardBoxAndTheWindowStays) {
+    TestRun run({.instruments = true});
+    run.addTemplate(u"Offer", plain(u"Text"));
+    openChooser(run, [&](ScriptedUser& she) {
+        run.faults().failNth(u"Machine", u"Clipboard", 1, host_failure::Failed, u"In use");
+        she.Click(chooserName, GetParam());
+        EXPECT_TRUE(isChooserOpen());
+    });
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox().title, u"frmEmail." + std::u16string(GetParam()) + u"_Click - Lorvane");
+    EXPECT_EQ(run.lastBox().text, u"Error -2147467259: In use");
+    EXPECT_EQ(run.lastBox().style, 16);
+}
+
+INSTANTIATE_TEST_SUITE_P(Buttons, CopyFaultTest, testing::Values(u"cmdCopyToClipBoard", u"cmdCopyHTMLToClipB"));
 
 TEST(MaintenanceWithoutFolderTest, TheFolderKeysStayAndTheRestIsWritten) {
     TestRun run({.connected = false});

@@ -83,14 +83,62 @@ TEST_F(ChooserModesTest, ReplyModesKeepTheCopyButtonsButNotTheirMenuItems) {
     }
 }
 
+TEST_F(ChooserModesTest, TheMenuOffersWhatTheModeDoes) {
+    struct Case {
+        void (*prepare)(frmEmail&);
+        Subjects captions;
+    };
+    const Case cases[] = {
+        {[](frmEmail& form) { form.DisableInsert = true; }, {u"&Edit", u"&Categorize", u"&Delete", u"-", u"&Copy (with format)", u"Copy (text &only)"}},
+        {[](frmEmail& form) { form.NewMailUsingTempl = true; }, {u"&Insert (text only)", u"Insert (with &format)", u"-", u"&Edit", u"&Categorize"}},
+        {[](frmEmail& form) { form.ReplyUsingTempl = true; }, {u"&Insert (text only)", u"Insert (with &format)", u"-", u"&Edit", u"&Categorize"}},
+    };
+    for (const Case& turn : cases) {
+        openChooserAs(run, turn.prepare, [&](ScriptedUser& she) {
+            she.RightClick(chooserName, u"lstEmails", 0);
+            Subjects captions;
+            for (const auto& item : she.Menus().back().items) captions.push_back(item.caption);
+            EXPECT_EQ(captions, turn.captions);
+        });
+    }
+}
+
+TEST_F(ChooserModesTest, WhatAModeHidesStaysHiddenBehindASearchAndACategory) {
+    openChooserAs(
+        run, [](frmEmail& form) { form.NewMailUsingTempl = true; },
+        [](ScriptedUser& she) {
+            she.Type(chooserName, u"txtSearch", u"o");
+            she.Advance(1000);
+            she.Select(chooserName, u"cmbCategories", 0);
+            for (const Control* control : std::initializer_list<const Control*>{&chooser().cmdNew, &chooser().cmdEdit, &chooser().cmdDelete,
+                                                                                &chooser().cmdCopyToClipBoard, &chooser().cmdCopyHTMLToClipB})
+                EXPECT_FALSE(control->Visible) << toUtf8(control->name());
+            EXPECT_TRUE(chooser().cmdInsert.Visible);
+            EXPECT_TRUE(chooser().cmdInsert.Enabled);
+        });
+}
+
+TEST_F(ChooserModesTest, HiddenMaintenanceButtonsGiveTheirLabelsWayToTheMode) {
+    run.setSetting(u"ShowFldrMainBtns", u"False");
+    openChooserAs(
+        run, [](frmEmail& form) { form.ReplyUsingTempl = true; },
+        [](ScriptedUser&) {
+            expectHidden({&chooser().lblFldrMainBtns, &chooser().lblRightClick, &chooser().lblHide});
+        });
+}
+
 TEST_F(ChooserModesTest, UnloadingForgetsTheMode) {
     openCopying([](ScriptedUser& she) {
         const Object keep(&chooser());
         frmEmail& f = chooser();
+        f.NewMailUsingTempl = true;
+        f.ReplyUsingTempl = true;
         f.ReplyKind = 3;
         f.AnsweredMail = Object(&f);
         she.CloseWindow(chooserName);
         EXPECT_FALSE(f.DisableInsert);
+        EXPECT_FALSE(f.NewMailUsingTempl);
+        EXPECT_FALSE(f.ReplyUsingTempl);
         EXPECT_EQ(f.ReplyKind, 0);
         EXPECT_FALSE(f.AnsweredMail);
     });
@@ -126,10 +174,13 @@ TEST_F(ChooserModesTest, ADoubleClickCopiesTextUnlessToldOtherwise) {
 }
 
 TEST_F(ChooserModesTest, ADoubleClickCopiesWithFormatWhereTheSettingSaysSo) {
-    run.setSetting(u"CopyDefaultFormat", u"Copy (with format)");
-    openCopying([](ScriptedUser& she) { doubleClick(she); });
-    EXPECT_TRUE(run.clipboardHtml());
-    EXPECT_FALSE(isChooserOpen());
+    for (const std::u16string_view choice : {u"Copy (with format)", u"  Copy (with format) "}) {
+        run.setSetting(u"CopyDefaultFormat", choice);
+        run.clipboard().clear();
+        openCopying([](ScriptedUser& she) { doubleClick(she); });
+        EXPECT_TRUE(run.clipboardHtml());
+        EXPECT_FALSE(isChooserOpen());
+    }
 }
 
 TEST_F(ChooserModesTest, ADoubleClickEditsWhereTheSettingSaysSo) {
@@ -167,7 +218,7 @@ TEST_F(ChooserModesTest, AnUnknownChoiceDoesNothing) {
 
 TEST_F(ChooserModesTest, ADoubleClickInsertsByItsSetting) {
     run.addTemplate(u"Bold", html(u"<HTML><BODY><B>Bold</B></BODY></HTML>"));
-    for (const std::u16string_view choice : {u"", u"Insert (text only)", u"Insert (with format)"}) {
+    for (const std::u16string_view choice : {u"", u" ", u"NOT FOUND", u" Insert (text only) ", u"Insert (text only)", u"Insert (with format)"}) {
         run.setSetting(u"InsertDefaultFormat", choice);
         const Inspector mail = run.newMail();
         run.focus(mail, model::EditorFieldName::Body);

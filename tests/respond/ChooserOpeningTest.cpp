@@ -99,6 +99,17 @@ INSTANTIATE_TEST_SUITE_P(Settings, ChooserScopeAtOpening,
                                          ScopeCase{u"0", {u"A ours (Shared)", u"B mine", u"NO SUBJECT (Shared)"}, u"optAll"},
                                          ScopeCase{u"1", {u"B mine"}, u"optPrivate"}, ScopeCase{u"2", {u"A ours", u"NO SUBJECT"}, u"optShared"}));
 
+TEST(ChooserOpeningTest, ADefaultScopeThatIsNoNumberIsToldAndEndsTheLoading) {
+    TestRun run;
+    shareFolder(run);
+    run.addTemplate(u"Mine", plain(u"Text"));
+    run.setSetting(u"LoadTemplateDefault", u"all");
+    openChooser(run, [&](ScriptedUser&) { EXPECT_EQ(listed(), Subjects{}); });
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox().text, u"13 Type mismatch");
+    EXPECT_EQ(run.lastBox().style, 64);
+}
+
 TEST(ChooserOpeningTest, WithoutAPrivateFolderTheListIsEmptyAndNothingIsSaid) {
     TestRun run({.connected = false});
     openChooser(run, [&](ScriptedUser&) {
@@ -238,6 +249,43 @@ TEST(ChooserOpeningTest, TheCategoriesAreWrittenToTheirFilesBeforeTheListFills) 
         EXPECT_EQ(table.RecordCount(), 1);
         EXPECT_EQ(table.Fields(u"strCategory").text(), name);
     }
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST(ChooserOpeningTest, WithoutSharingOnlyThePrivateFileIsWritten) {
+    TestRun run;
+    const MAPIFolder team = shareFolder(run);
+    run.setSetting(u"SharedTemplates", u"False");
+    run.addTemplate(u"Mine", plain(u"Text"), u"Letters");
+    run.addTemplate(team, u"Ours", plain(u"Text"), u"Team");
+    openChooser(run);
+    const Files files = apartment().machine.files();
+    EXPECT_TRUE(files.FileExists(store::privateCategoriesPath()));
+    EXPECT_FALSE(files.FileExists(store::sharedCategoriesPath()));
+    EXPECT_FALSE(store::templateTables().rsSharedTemplates);
+}
+
+TEST(ChooserOpeningTest, AFileThatCannotBeWrittenIsToldAndTheWindowComesUp) {
+    TestRun run;
+    run.addTemplate(u"Mine", plain(u"Text"), u"Letters");
+    ASSERT_TRUE(store::qz7mCreateStorageFolders());
+    apartment().machine.files().CreateFolder(store::privateCategoriesPath());
+    openChooser(run, [](ScriptedUser&) {
+        EXPECT_EQ(listed(), Subjects{u"Mine"});
+        EXPECT_EQ(linesOf(chooser().cmbCategories), (Subjects{u"", u"Letters"}));
+    });
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox().title, u"basGlobals.SaveRSToFile - Lorvane");
+}
+
+TEST(ChooserOpeningTest, AnEmptyPrivateFolderBesideASharedOneShowsTheSharedOne) {
+    TestRun run;
+    run.addTemplate(shareFolder(run), u"Ours", plain(u"Text"));
+    openChooser(run, [](ScriptedUser&) {
+        EXPECT_EQ(listed(), Subjects{u"Ours (Shared)"});
+        ASSERT_TRUE(store::templateTables().rsPrivateTemplates);
+        EXPECT_EQ(store::templateTables().rsPrivateTemplates.RecordCount(), 0);
+    });
     EXPECT_TRUE(run.boxes().empty());
 }
 

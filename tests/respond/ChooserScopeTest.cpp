@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ChooserRig.h"
+#include "store/CategoryFiles.h"
 
 /// Categories and scopes: what narrows the list by a click.
 namespace lorvane::support {
@@ -55,6 +56,29 @@ TEST_F(ChooserScopeTest, ATableThatIsMissingIsLoadedOnTheClick) {
         EXPECT_FALSE(store::templateTables().rsSharedTemplates);
         she.Click(chooserName, u"optAll");
         EXPECT_EQ(listed(), (Subjects{u"Mine", u"Ours (Shared)"}));
+    });
+}
+
+TEST_F(ChooserScopeTest, AnOptionWritesNoFile) {
+    run.setSetting(u"LoadTemplateDefault", u"1");
+    openChooser(run, [](ScriptedUser& she) {
+        const Files files = apartment().machine.files();
+        EXPECT_TRUE(files.FileExists(store::privateCategoriesPath()));
+        files.DeleteFile(store::privateCategoriesPath());
+        for (const std::u16string_view option : {u"optAll", u"optShared", u"optPrivate"}) she.Click(chooserName, option);
+        EXPECT_TRUE(store::templateTables().rsSharedCategories) << "rebuilt with its table";
+        EXPECT_FALSE(files.FileExists(store::privateCategoriesPath()));
+        EXPECT_FALSE(files.FileExists(store::sharedCategoriesPath()));
+    });
+}
+
+TEST_F(ChooserScopeTest, ACategoryOfAnotherCaseIsNotKept) {
+    openChooser(run, [](ScriptedUser& she) {
+        for (const std::u16string_view text : {u"both", u" Both", u"Bot"}) {
+            chooser().cmbCategories.Text = std::u16string(text);
+            she.Click(chooserName, chooser().optShared.Value ? u"optAll" : u"optShared");
+            EXPECT_EQ(chooser().cmbCategories.ListIndex, 0) << toUtf8(text);
+        }
     });
 }
 
@@ -159,6 +183,9 @@ TEST(ChooserInListTest, LinesAreComparedWholeWithCaseAndTheFirstOneIsLeftOut) {
         EXPECT_EQ(chooser().InList(combo, u"Support"), 2);
         EXPECT_EQ(chooser().InList(combo, u"support"), 0);
         EXPECT_EQ(chooser().InList(combo, u"Sale"), 0);
+        EXPECT_EQ(chooser().InList(combo, u" Sales"), 0);
+        EXPECT_EQ(chooser().InList(combo, u"Sales "), 0);
+        EXPECT_EQ(chooser().InList(combo, u"Sales"), 1);
         EXPECT_EQ(chooser().InList(combo, u""), 0);
     });
 }

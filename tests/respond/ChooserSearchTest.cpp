@@ -147,6 +147,43 @@ TEST_F(ChooserSearchTest, TypingWhileTheListFillsStopsItAndSearchesASecondLater)
     EXPECT_TRUE(run.boxes().empty());
 }
 
+TEST_F(ChooserSearchTest, AKeyThatChangesNothingBreaksTheRunOffAndStartsTheWaitAnew) {
+    openChooser(run, [](ScriptedUser& she) {
+        she.Type(chooserName, searchBox, u"o");
+        she.atPump(3, [](ScriptedUser& typist) { typist.Key(chooserName, searchBox, u"{LEFT}"); });
+        she.Advance(1000);
+        EXPECT_EQ(chooser().lastListResult(), respond::ListResult::Stopped);
+        EXPECT_EQ(listed(), (Subjects{u"Invoice", u"It's an offer"})) << "the rows so far stay";
+        EXPECT_EQ(chooser().lstEmails.ListIndex, 0);
+        EXPECT_EQ(chooser().txtSubject.Text.get(), u"Invoice");
+        EXPECT_TRUE(chooser().tmrCompleteType.Enabled);
+        EXPECT_EQ(chooser().tmrCompleteType.Interval, 1000);
+        EXPECT_TRUE(chooser().cmdDelete.Enabled);
+        she.Advance(999);
+        EXPECT_EQ(listed().size(), 2U);
+        she.Advance(1);
+        EXPECT_EQ(listed(), (Subjects{u"Invoice", u"It's an offer", u"Offer two"}));
+        EXPECT_FALSE(chooser().tmrCompleteType.Enabled);
+        EXPECT_TRUE(chooser().lstEmails.Visible);
+    });
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST_F(ChooserSearchTest, ACategoryThatIsTypedCountsTrimmedAndInAnyCase) {
+    openChooser(run, [](ScriptedUser& she) {
+        chooser().cmbCategories.Text = u"  SUPPORT ";
+        search(she, u"o");
+        EXPECT_EQ(listed(), Subjects{u"It's an offer"});
+    });
+}
+
+TEST_F(ChooserSearchTest, MatchesAreListedByTheirSubjectsWhereverTheTextStands) {
+    openChooser(run, [](ScriptedUser& she) {
+        search(she, u"OFFER");
+        EXPECT_EQ(listed(), (Subjects{u"It's an offer", u"Offer two"}));
+    });
+}
+
 TEST_F(ChooserSearchTest, CategoryAndTextBothHaveToHold) {
     openChooser(run, [](ScriptedUser& she) {
         she.Select(chooserName, u"cmbCategories", 1);

@@ -188,5 +188,71 @@ TEST(InsertHtmlVersionTest, OlderHostsTakeTheSameWay) {
     }
 }
 
+TEST(InsertReplyTest, AnAnswerThatIsBeingWrittenTakesItAboveTheQuotedText) {
+    TestRun run;
+    run.addTemplate(u"Bold", html(boldSource));
+    const Inspector answer = openAnyDraft(run, html(document(u"<DIV></DIV><BLOCKQUOTE>Jane wrote: Dear [FirstName]</BLOCKQUOTE>")), 0);
+    useTemplate(run, u"Bold", insertWithFormat);
+    EXPECT_EQ(sourceOf(run, answer), document(u"<DIV></DIV><BLOCKQUOTE>" + std::u16string(boldResult) + u"Jane wrote: Dear [FirstName]</BLOCKQUOTE>"));
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+/// A template whose HTML shows an attached picture.
+class InsertPictureTest : public testing::TestWithParam<std::u16string_view> {
+protected:
+    InsertPictureTest() {
+        usePrivately(run, run.templatesFolder());
+        const MailItem offer = run.addTemplate(u"Picture", html(document(u"<IMG src=\"cid:logo@01C6\"> [FirstName]")));
+        run.attach(offer, "logo.png", {1, 2, 3});
+        giveContentId(offer, u"logo@01C6");
+        offer.Save();
+    }
+    bool belowTwelve() const { return Val(GetParam()) < 12; }
+    mailstore::AttachmentRecord copied(const Inspector& mail) const { return run.record(mail.CurrentItem()).attachments.back(); }
+    TestRun run{atVersion(GetParam())};
+};
+
+INSTANTIATE_TEST_SUITE_P(Versions, InsertPictureTest, testing::Values(u"9.0.0.6627", u"10.0.0.4608", u"11.0.0.5510", u"12.0.0.4518"));
+
+TEST_P(InsertPictureTest, TheHtmlStillNamesTheAttachment) {
+    const Inspector mail = openAnyDraft(run, html(document(u"ab")), 1);
+    useTemplate(run, u"Picture", insertWithFormat);
+    const std::u16string contentId = belowTwelve() ? u"logo@01C6" : u"logo.png";
+    EXPECT_EQ(sourceOf(run, mail), document(u"a<IMG src=\"cid:" + contentId + u"\"> Johnb"));
+    EXPECT_EQ(copied(mail).contentId, contentId);
+    EXPECT_EQ(copied(mail).fileName, u"logo.png");
+    EXPECT_EQ(copied(mail).properties.contains(mailstore::tags::AttachHidden), !belowTwelve());
+}
+
+TEST_P(InsertPictureTest, UnderAnotherNameWhereTheMailHasOneOfThatName) {
+    const Inspector mail = openAnyDraft(run, html(document(u"ab")), 1);
+    run.attach(mail.CurrentItem(), "logo.png", {9});
+    useTemplate(run, u"Picture", insertWithFormat);
+    const std::u16string contentId = belowTwelve() ? u"logo@01C6" : u"logo_1.png";
+    EXPECT_EQ(sourceOf(run, mail), document(u"a<IMG src=\"cid:" + contentId + u"\"> Johnb"));
+    EXPECT_EQ(attachmentNames(run, mail.CurrentItem()), (Subjects{u"logo.png", u"logo_1.png"}));
+    EXPECT_EQ(copied(mail).contentId, contentId);
+}
+
+TEST_P(InsertPictureTest, ATextInsertionLeavesThePictureAnAttachment) {
+    const Inspector mail = openAnyDraft(run, html(document(u"ab")), 1);
+    useTemplate(run, u"Picture", insertText);
+    EXPECT_EQ(run.bodyShown(mail), u"aJohnb");
+    EXPECT_EQ(attachmentNames(run, mail.CurrentItem()), Subjects{u"logo.png"});
+}
+
+TEST(InsertEmptiedTest, AnUnmentionedPictureEmptiesTheHtmlFromTwelveOn) {
+    TestRun run(atVersion(u"12.0.0.4518"));
+    usePrivately(run, run.templatesFolder());
+    const MailItem offer = run.addTemplate(u"Picture", html(document(u"Text")));
+    run.attach(offer, "logo.png", {1});
+    giveContentId(offer, u"logo@01C6");
+    offer.Save();
+    const Inspector mail = openAnyDraft(run, html(document(u"ab")), 1);
+    useTemplate(run, u"Picture", insertWithFormat);
+    EXPECT_EQ(sourceOf(run, mail), document(u"ab")) << "the marker gave way to nothing";
+    EXPECT_TRUE(run.boxes().empty());
+}
+
 }  // namespace
 }  // namespace lorvane::support

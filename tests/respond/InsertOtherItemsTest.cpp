@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "InsertRig.h"
-#include "store/FoldersRig.h"
 
 /// Insertion into posts, tasks and appointments.
 namespace lorvane::support {
@@ -19,18 +18,7 @@ protected:
         bold.Save();
         run.addTemplate(u"Plain", plain(u"Dear [FirstName], [Date]"));
     }
-    Inspector openItem(std::int32_t itemClass, std::u16string_view messageClass, const BodyText& body, std::int32_t caret = 0) {
-        mailstore::ItemRecord record;
-        record.head.itemClass = itemClass;
-        record.head.messageClass = messageClass;
-        record.head.subject = u"Open";
-        record.bodyKind = body.kind;
-        record.body = body.source;
-        const Inspector inspector = run.openMail(MailItem(run.seen(run.driver().import(std::move(record), run.folder(default_folder::Inbox)))));
-        run.focus(inspector, model::EditorFieldName::Body, caret);
-        return inspector;
-    }
-    Inspector openPost(const BodyText& body, std::int32_t caret = 0) { return openItem(item_class::Post, u"IPM.Post", body, caret); }
+    Inspector openPost(const BodyText& body, std::int32_t caret = 0) { return openOther(run, postKind, body, caret); }
     void expectUsed() {
         EXPECT_FALSE(isChooserOpen());
         EXPECT_TRUE(run.boxes().empty()) << toUtf8(run.lastBox().text);
@@ -69,9 +57,52 @@ TEST_F(OtherItemsTest, AMarkerInThePostsSubjectIsTakenAwayAndTheFieldIsLeft) {
     expectUsed();
     EXPECT_EQ(run.record(post.CurrentItem()).head.subject, u"Open");
     EXPECT_EQ(sourceOf(run, post), document(u"ab"));
+    EXPECT_EQ(attachmentNames(run, post.CurrentItem()), Subjects{u"prices.txt"}) << "those that were copied stay";
+    Subjects keys{std::u16string(caretMarker)};
+    keys.insert(keys.end(), 23, u"{BACKSPACE}");
+    keys.insert(keys.end(), {u"{ENTER}", u"+{TAB}"});
+    EXPECT_EQ(allKeys(run), keys);
+}
+
+TEST_F(OtherItemsTest, ARichPostTakesTheTextByTheMarker) {
+    for (const std::u16string_view button : {insertText, insertWithFormat}) {
+        const Inspector post = openPost(rich(u"ab"), 1);
+        run.recorder().clear();
+        useTemplate(run, u"Bold", button);
+        expectUsed();
+        EXPECT_EQ(run.bodyShown(post), u"aDear [FirstName]b");
+        EXPECT_EQ(run.record(post.CurrentItem()).bodyKind, mailstore::BodyKind::Rich);
+        EXPECT_EQ(allKeys(run), Subjects{std::u16string(caretMarker)});
+        run.driver().closeInspector(post, false);
+    }
+}
+
+TEST_F(OtherItemsTest, AMarkerInTheSubjectOfARichPostIsTakenAwayAndTheFieldIsLeft) {
+    const Inspector post = openPost(rich(u"ab"));
+    run.focus(post, model::EditorFieldName::Subject, -1);
+    useTemplate(run, u"Bold", insertText);
+    expectUsed();
+    EXPECT_EQ(run.record(post.CurrentItem()).head.subject, u"Open");
+    EXPECT_EQ(run.bodyShown(post), u"ab");
     EXPECT_EQ(keysSent(run, u"{BACKSPACE}"), 23U);
     EXPECT_EQ(keysSent(run, u"{ENTER}"), 1U);
     EXPECT_EQ(keysSent(run, u"+{TAB}"), 1U);
+}
+
+TEST_F(OtherItemsTest, ARichPostTakesAPlainTemplateFromTheClipboard) {
+    const Inspector post = openPost(rich(u"ab"), 1);
+    useTemplate(run, u"Plain", insertWithFormat);
+    expectUsed();
+    EXPECT_EQ(run.bodyShown(post), u"aDear [FirstName], 10-Jan-2028b");
+    EXPECT_EQ(keysSent(run, u"^v"), 1U);
+}
+
+TEST_F(OtherItemsTest, APostIsSavedBeforeItsAttachmentsComeAndBehindTheText) {
+    const Inspector post = openPost(html(document(u"ab")), 1);
+    run.type(u"-");
+    useTemplate(run, u"Plain", insertText);
+    expectUsed();
+    EXPECT_EQ(savedSourceOf(run, post), document(u"a-Dear [FirstName], 10-Jan-2028b"));
 }
 
 TEST_F(OtherItemsTest, APostIsNotWaitedFor) {
@@ -103,16 +134,11 @@ TEST_F(OtherItemsTest, AReceivedPostIsNoReceivedMail) {
     EXPECT_EQ(run.bodyShown(post), u"aDear [FirstName], 10-Jan-2028b");
 }
 
-struct Kind {
-    std::int32_t itemClass;
-    std::u16string_view messageClass;
-};
-
-class TasksTest : public OtherItemsTest, public testing::WithParamInterface<Kind> {
+class TasksTest : public OtherItemsTest, public testing::WithParamInterface<OtherKind> {
 protected:
-    Inspector openOne(std::u16string_view text, std::int32_t caret) { return openItem(GetParam().itemClass, GetParam().messageClass, plain(text), caret); }
+    Inspector openOne(std::u16string_view text, std::int32_t caret) { return openOther(run, GetParam(), plain(text), caret); }
 };
-INSTANTIATE_TEST_SUITE_P(Kinds, TasksTest, testing::Values(Kind{item_class::Task, u"IPM.Task"}, Kind{item_class::Appointment, u"IPM.Appointment"}));
+INSTANTIATE_TEST_SUITE_P(Kinds, TasksTest, testing::Values(taskKind, appointmentKind));
 
 TEST_P(TasksTest, TheTextGoesThroughTheClipboardWhateverTheTemplatesFormat) {
     const Inspector task = openOne(u"ab", 1);
@@ -132,6 +158,26 @@ TEST_P(TasksTest, WithFormatTheHtmlGoesOnTheClipboardAndIsPasted) {
     ASSERT_TRUE(run.clipboardHtml());
     EXPECT_NE(run.clipboardHtml()->find(u"<B>Dear</B>"), std::u16string::npos);
     EXPECT_TRUE(attachmentNames(run, task.CurrentItem()).empty());
+}
+
+TEST_P(TasksTest, WhatWasInsertedIsSaved) {
+    for (const std::u16string_view button : {insertText, insertWithFormat}) {
+        const Inspector task = openOne(u"ab", 1);
+        useTemplate(run, u"Bold", button);
+        EXPECT_EQ(savedSourceOf(run, task), sourceOf(run, task));
+        EXPECT_NE(run.bodyShown(task).find(u"Dear"), std::u16string::npos);
+        run.driver().closeInspector(task, false);
+    }
+}
+
+TEST_F(OtherItemsTest, AnAppointmentsFirstInvitedPersonNamesTheReader) {
+    for (const std::u16string_view button : {insertText, insertWithFormat}) {
+        const Inspector appointment = openOther(run, appointmentKind, plain(u"ab"), 1, {johnPublic(2), johnPublic()});
+        useTemplate(run, u"Bold", button);
+        expectUsed();
+        EXPECT_EQ(run.bodyShown(appointment), u"aDear Johnb");
+        run.driver().closeInspector(appointment, false);
+    }
 }
 
 TEST_P(TasksTest, WithFormatATemplateWithoutHtmlGoesAsText) {

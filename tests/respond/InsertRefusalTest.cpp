@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "InsertRig.h"
-#include "store/FoldersRig.h"
 
 /// When nothing is inserted: what is said, what is logged, and whether the window stays.
 namespace lorvane::support {
@@ -71,10 +70,12 @@ TEST_P(InsertRefusalTest, AReceivedMailIsRefusedAfterTheUseIsLogged) {
     logUses();
     const Inspector mail = run.openMail(run.receivedMail(u"Question", plain(u"Their text")));
     run.focus(mail, model::EditorFieldName::Body);
+    run.type(u"x");
     useTemplate(run, u"Offer", GetParam());
     expectBox(u"You can only insert text into mails that are to be sent out.");
     EXPECT_FALSE(isChooserOpen());
-    EXPECT_EQ(sourceOf(run, mail), u"Their text");
+    EXPECT_EQ(sourceOf(run, mail), u"xTheir text");
+    EXPECT_EQ(savedSourceOf(run, mail), u"xTheir text") << "untouched but saved";
     EXPECT_TRUE(isLogged(u"Offer"));
     EXPECT_FALSE(run.clipboardText());
 }
@@ -93,17 +94,27 @@ TEST_P(InsertRefusalTest, AMailWithASenderIsRefused) {
     EXPECT_FALSE(isChooserOpen());
 }
 
-TEST_P(InsertRefusalTest, AContactIsRefused) {
+TEST_P(InsertRefusalTest, AnyOtherClassIsRefused) {
+    constexpr OtherKind kinds[] = {{item_class::Contact, u"IPM.Contact"},
+                                   {item_class::Document, u"IPM.Document"},
+                                   {item_class::Journal, u"IPM.Activity"},
+                                   {item_class::Note, u"IPM.StickyNote"},
+                                   {item_class::DistributionList, u"IPM.DistList"}};
     run.addTemplate(u"Offer", plain(u"Text"));
     logUses();
-    mailstore::ItemRecord record;
-    record.head.itemClass = item_class::Contact;
-    record.head.messageClass = u"IPM.Contact";
-    run.openMail(MailItem(run.driver().import(std::move(record), run.folder(default_folder::Drafts))));
-    useTemplate(run, u"Offer", GetParam());
-    expectBox(u"You can only insert text into items that has mails.");
-    EXPECT_FALSE(isChooserOpen());
+    std::size_t boxes = 0;
+    for (const OtherKind& kind : kinds) {
+        const Inspector item = openOther(run, kind, plain(u"ab"));
+        run.type(u"x");
+        useTemplate(run, u"Offer", GetParam());
+        ASSERT_EQ(run.boxes().size(), ++boxes);
+        EXPECT_EQ(run.lastBox(), (screen::ScriptedUser::BoxRecord{u"Lorvane", u"You can only insert text into items that has mails.", 64, 1}));
+        EXPECT_FALSE(isChooserOpen());
+        EXPECT_EQ(run.bodyShown(item), u"xab");
+        EXPECT_EQ(savedSourceOf(run, item), u"ab") << "not even saved";
+    }
     EXPECT_TRUE(isLogged(u"Offer"));
+    EXPECT_FALSE(run.clipboardText());
 }
 
 TEST_P(InsertRefusalTest, WithoutAnOpenItemTheStandardBoxComesAndTheWindowGoes) {
@@ -164,6 +175,9 @@ TEST(InsertLogTest, ALogThatCannotBeWrittenDoesNotHoldTheInsertionUp) {
     ASSERT_EQ(run.boxes().size(), 1U);
     EXPECT_EQ(run.lastBox().title, u"Invalid File Location - Lorvane");
     EXPECT_EQ(run.bodyShown(mail), u"Text");
+    useTemplate(run, u"Offer", insertText);
+    EXPECT_EQ(run.boxes().size(), 2U) << "at each use";
+    EXPECT_EQ(run.bodyShown(mail), u"TextText");
 }
 
 TEST(InsertLogTest, ASettingThatIsNoBooleanIsToldAndTheInsertionGoesOn) {
@@ -175,6 +189,18 @@ TEST(InsertLogTest, ASettingThatIsNoBooleanIsToldAndTheInsertionGoesOn) {
     ASSERT_EQ(run.boxes().size(), 1U);
     EXPECT_EQ(run.lastBox().title, u"modTemplateLog.TemplateLogRecord - Lorvane");
     EXPECT_EQ(run.lastBox().text, u"Error 13: Type mismatch");
+    EXPECT_EQ(run.bodyShown(mail), u"Text");
+}
+
+TEST(InsertSenderTest, ASenderThatCannotBeReadIsToldAndCountsAsNone) {
+    TestRun run({.instruments = true});
+    run.addTemplate(u"Offer", plain(u"Text"));
+    const Inspector mail = openDraft(run, html(document(u"")), 0);
+    run.faults().failNth(u"SafeMailItem", u"Sender", 1, host_failure::AccessDenied);
+    useTemplate(run, u"Offer", insertText);
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox(),
+              (screen::ScriptedUser::BoxRecord{u"Invalid E-mail Address", u"E-mail address cannot be resolved. Please check e-mail address.", 48, 1}));
     EXPECT_EQ(run.bodyShown(mail), u"Text");
 }
 

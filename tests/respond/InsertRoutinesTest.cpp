@@ -57,22 +57,8 @@ TEST(TaskInsertTest, NothingGivenDoesNothing) {
 /// The chooser of these tests stands open, "with format" set or not, while its routines are called.
 class CopyTextTest : public testing::Test {
 protected:
-    struct Outcome {
-        InsertionRoute route{};
-        std::u16string html;
-    };
-    /// What copying the template gives. The flag is set by the button itself, on an empty choice that goes no further.
-    Outcome copy(const MailItem& item, std::int32_t format, bool withFormat, const Object& target) {
-        Outcome outcome;
-        openChooser(run, [&](ScriptedUser& she) {
-            if (withFormat) {
-                chooser().lstEmails.ListIndex = -1;
-                she.Click(chooserName, insertWithFormat);
-            }
-            run.clipboard().clear();
-            outcome.route = chooser().CopyTextFromEmail(makeSafeMailItem(item), format, outcome.html, target);
-        });
-        return outcome;
+    CopiedText copy(const MailItem& item, std::int32_t format, bool withFormat, const Object& target) {
+        return copyText(run, makeSafeMailItem(item), format, withFormat, target);
     }
     Object target() { return makeSafeMailItem(run.draft(u"Draft", plain(u""), {u"John Public <john@example.com>"})); }
 
@@ -84,7 +70,7 @@ protected:
 TEST_F(CopyTextTest, AnythingForAPlainEditorIsText) {
     for (const MailItem& item : {bold, text}) {
         for (const bool withFormat : {false, true}) {
-            const Outcome outcome = copy(item, 1, withFormat, target());
+            const CopiedText outcome = copy(item, 1, withFormat, target());
             EXPECT_EQ(outcome.route, InsertionRoute::ClipboardText);
             EXPECT_EQ(outcome.html, u"");
             EXPECT_EQ(run.clipboardText(), u"Dear John");
@@ -97,7 +83,7 @@ TEST_F(CopyTextTest, ForAnHtmlEditorTheFormatGoesAlongWhereItIsAskedForAndThere)
     EXPECT_EQ(run.clipboardText(), u"Dear John");
     EXPECT_EQ(copy(text, 2, true, target()).route, InsertionRoute::ClipboardText);
     EXPECT_EQ(run.clipboardText(), u"Dear John");
-    const Outcome outcome = copy(bold, 2, true, target());
+    const CopiedText outcome = copy(bold, 2, true, target());
     EXPECT_EQ(outcome.route, InsertionRoute::HtmlReady);
     EXPECT_EQ(outcome.html, u"<B>Dear</B> John");
     EXPECT_TRUE(run.clipboardHtml());
@@ -108,7 +94,7 @@ TEST_F(CopyTextTest, ForARichEditorFormattedTemplatesAreSplicedAsText) {
     EXPECT_EQ(copy(text, 3, true, target()).route, InsertionRoute::ClipboardText);
     EXPECT_EQ(run.clipboardText(), u"Dear John");
     for (const bool withFormat : {false, true}) {
-        const Outcome outcome = copy(bold, 3, withFormat, target());
+        const CopiedText outcome = copy(bold, 3, withFormat, target());
         EXPECT_EQ(outcome.route, InsertionRoute::PlainSplice);
         EXPECT_EQ(outcome.html, u"<B>Dear</B> John");
     }
@@ -126,60 +112,6 @@ TEST_F(CopyTextTest, WithoutATargetNothingIsReplaced) {
     copy(text, 1, false, Object());
     EXPECT_EQ(run.clipboardText(), u"Dear [FirstName]");
     EXPECT_EQ(copy(bold, 2, true, Object()).html, u"<B>Dear</B> [FirstName]");
-}
-
-/// Looking whether a letter went into the body or into a field in front of it.
-class CaretProbeTest : public testing::TestWithParam<model::EditorFieldName> {};
-
-TEST_P(CaretProbeTest, TellsTheFieldsFromTheBody) {
-    TestRun run;
-    run.addTemplate(u"Offer", plain(u"Text"));
-    const Inspector mail = openDraft(run, html(document(u"Text")), 0);
-    openChooser(run, [&](ScriptedUser& she) {
-        chooser().Hide();
-        mail.Activate();
-        run.focus(mail, GetParam(), -1);
-        const auto before = she.pumpCount();
-        EXPECT_FALSE(chooser().CheckMouseInBody(false));
-        EXPECT_EQ(she.pumpCount() - before, 1U);
-        run.type(u"I");
-        EXPECT_EQ(chooser().CheckMouseInBody(true), GetParam() == model::EditorFieldName::Body);
-        EXPECT_EQ(she.pumpCount() - before, 3U);
-    });
-}
-
-INSTANTIATE_TEST_SUITE_P(Fields, CaretProbeTest,
-                         testing::Values(model::EditorFieldName::To, model::EditorFieldName::Cc, model::EditorFieldName::Bcc, model::EditorFieldName::Subject,
-                                         model::EditorFieldName::Body));
-
-TEST(CaretProbeFieldsTest, AShorterFieldCountsAsUnchangedButAnotherSenderDoesNot) {
-    TestRun run;
-    run.addTemplate(u"Offer", plain(u"Text"));
-    const Inspector mail = openDraft(run, html(document(u"Text")), 0);
-    const MailItem item = mail.CurrentItem();
-    openChooser(run, [&](ScriptedUser&) {
-        chooser().CheckMouseInBody(false);
-        item.Subject(u"About");
-        EXPECT_TRUE(chooser().CheckMouseInBody(true)) << "the snapshot does not sort before it";
-        chooser().CheckMouseInBody(false);
-        item.put(Member::SentOnBehalfOfName, Variant(u"A"));
-        EXPECT_FALSE(chooser().CheckMouseInBody(true));
-        chooser().CheckMouseInBody(false);
-        item.put(Member::SentOnBehalfOfName, Variant(u""));
-        EXPECT_FALSE(chooser().CheckMouseInBody(true)) << "any difference counts";
-    });
-}
-
-TEST(CaretProbeFieldsTest, SavesTheItemEachTime) {
-    TestRun run({.instruments = true});
-    run.addTemplate(u"Offer", plain(u"Text"));
-    openDraft(run, html(document(u"Text")), 0);
-    openChooser(run, [&](ScriptedUser&) {
-        run.recorder().clear();
-        chooser().CheckMouseInBody(false);
-        chooser().CheckMouseInBody(true);
-        EXPECT_EQ(timesCalled(run, u"SafeMailItem", u"Save"), 2U);
-    });
 }
 
 }  // namespace

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <ostream>
+
 #include "InsertRig.h"
+#include "mailstore/TempFolder.h"
 #include "respond/modTemplateLog.h"
-#include "store/FoldersRig.h"
 
 /// The usage log.
 namespace lorvane::respond {
@@ -146,15 +150,140 @@ TEST_F(TemplateLogTest, TheDefaultFileIsTheSettingsOneWhereItsFolderIsThere) {
     }
 }
 
-class GermanLogTest : public TemplateLogTest {
-protected:
-    GermanLogTest() : TemplateLogTest({.now = u"2028-01-10T14:05:09", .locale = u"de-DE"}) {}
+/// The log as other programs find it: the bytes of the file.
+std::string bytesOf(std::u16string surfacePath) {
+    std::ranges::replace(surfacePath, u'\\', u'/');
+    const Bytes bytes = mailstore::test::readBytes(std::filesystem::path(surfacePath));
+    return {bytes.begin(), bytes.end()};
+}
+
+struct RegionalForm {
+    std::u16string_view locale, now;
+    std::string_view written;
 };
 
-TEST_F(GermanLogTest, DateAndTimeKeepTheRegionsForm) {
+void PrintTo(const RegionalForm& form, std::ostream* stream) {
+    *stream << toUtf8(form.locale) << " " << form.written;
+}
+
+class RegionalLogTest : public testing::TestWithParam<RegionalForm> {};
+
+TEST_P(RegionalLogTest, DateAndTimeKeepTheUsersFormInTheSystemsCodePage) {
+    TestRun run({.now = std::u16string(GetParam().now), .locale = std::u16string(GetParam().locale)});
+    const std::u16string path = apartment().machine.files().GetFolderPath(5) + u"\\Team log.csv";
+    run.setSetting(u"LogTemplate", u"True");
+    run.setSetting(u"TemplatesLogFilePath", path);
     const MailItem offer = run.addTemplate(u"Angebot für €", plain(u"Text"));
+    TemplateLogRecord(offer.EntryID(), offer.Parent().StoreID());
+    EXPECT_EQ(bytesOf(path), toUtf8(header) + "jpublic," + std::string(GetParam().written) + ",\"Angebot f\xFCr \x80\"," + toUtf8(offer.EntryID()) + "," +
+                                 toUtf8(offer.Parent().StoreID()) + "\r\n");
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Regions, RegionalLogTest,
+                         testing::Values(RegionalForm{u"en-US", u"2028-01-10T14:05:09", "1/10/2028,2:05:09 PM"},
+                                         RegionalForm{u"en-US", u"2028-12-31T00:00:00", "12/31/2028,12:00:00 AM"},
+                                         RegionalForm{u"en-GB", u"2028-01-10T14:05:09", "10/01/2028,14:05:09"},
+                                         RegionalForm{u"de-DE", u"2028-01-10T04:05:09", "10.01.2028,04:05:09"}));
+
+/// How the file is made and written.
+class LogCallsTest : public TemplateLogTest {
+protected:
+    LogCallsTest() : TemplateLogTest({.instruments = true}) {
+        run.recorder().leaveOut(u"Machine");
+        run.recorder().clear();
+    }
+    std::vector<std::u16string> fileCalls() {
+        std::vector<std::u16string> calls;
+        for (const auto& call : run.recorder().calls())
+            if (call.className == u"Files") calls.push_back(call.member + (call.arguments.size() > 1 ? u" " + call.arguments[1].toText() : u""));
+        return calls;
+    }
+    void expectUnable() {
+        expectBox(
+            u"Unable to create the file - Lorvane",
+            u"Unable to create or write to the file TemplatesLogFile.csv\r\n\r\nAccess is denied.\r\nPlease check your permissions on the folder or file.");
+    }
+};
+
+TEST_F(LogCallsTest, AProbeProvesThatTheFolderCanBeWrittenTo) {
+    EXPECT_TRUE(CreateLogFile(path, u"test"));
+    EXPECT_EQ(fileCalls(), (std::vector<std::u16string>{u"WriteText test\r\n", u"DeleteFile", u"WriteText " + std::u16string(header)}));
+    EXPECT_EQ(content(), header);
+}
+
+TEST_F(LogCallsTest, EachStepOfTheProbeMayBeRefused) {
+    struct Step {
+        std::u16string_view member;
+        std::size_t nth;
+    };
+    std::size_t boxes = 0;
+    for (const Step& step : {Step{u"WriteText", 1}, Step{u"DeleteFile", 1}, Step{u"WriteText", 2}}) {
+        run.faults().failNth(u"Files", step.member, step.nth, runtime_error::PathFileAccess);
+        EXPECT_FALSE(CreateLogFile(path, u"test"));
+        EXPECT_EQ(run.boxes().size(), ++boxes);
+        EXPECT_EQ(run.lastBox().title, u"Unable to create the file - Lorvane");
+    }
+    EXPECT_TRUE(CreateLogFile(path, u"test"));
+    EXPECT_EQ(content(), header) << "what a refused probe left does not matter";
+}
+
+TEST_F(LogCallsTest, AFileThatCannotBeMadeGetsNoLine) {
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    run.faults().failNth(u"Files", u"WriteText", 1, runtime_error::PathFileAccess);
     record(offer);
-    EXPECT_EQ(content(), std::u16string(header) + line(u"Angebot für €", offer, u"10.01.2028,14:05:09"));
+    expectUnable();
+    EXPECT_EQ(content(), u"");
+}
+
+TEST_F(LogCallsTest, AReadOnlyFileIsToldByItsNameAndTheUseIsLost) {
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    record(offer);
+    const std::u16string before = content();
+    run.faults().failNth(u"Files", u"AppendText", 1, runtime_error::PathFileAccess);
+    record(offer);
+    expectUnable();
+    EXPECT_EQ(content(), before);
+    record(offer);
+    EXPECT_EQ(content(), before + line(u"Offer", offer)) << "each use is a try of its own";
+}
+
+TEST_F(LogCallsTest, AFileOfTheSystemThatTakesNothingIsToldTheSameWay) {
+    std::u16string file = path;
+    std::ranges::replace(file, u'\\', u'/');
+    std::filesystem::create_symlink("/dev/full", std::filesystem::path(file));
+    record(run.addTemplate(u"Offer", plain(u"Text")));
+    expectUnable();
+}
+
+TEST_F(LogCallsTest, SwitchedOffTheLineIsBuiltButNoFileIsAsked) {
+    run.setSetting(u"LogTemplate", u"");
+    record(run.addTemplate(u"Offer", plain(u"Text")));
+    EXPECT_EQ(timesCalled(run, u"Environment", u"Variable"), 1U);
+    EXPECT_EQ(timesCalled(run, u"Clock", u"Now"), 1U);
+    EXPECT_TRUE(fileCalls().empty());
+}
+
+TEST_F(LogCallsTest, TheFileIsHeldForOneLineOnly) {
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    record(offer);
+    run.recorder().clear();
+    record(offer);
+    EXPECT_EQ(fileCalls(), (std::vector<std::u16string>{u"FolderExists", u"FileExists", u"AppendText " + line(u"Offer", offer)}));
+}
+
+TEST_F(TemplateLogTest, AFileWithoutAFolderInItsPathHasNone) {
+    run.setSetting(u"TemplatesLogFilePath", u"log.csv");
+    record(run.addTemplate(u"Offer", plain(u"Text")));
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox().title, u"Invalid File Location - Lorvane");
+}
+
+TEST_F(TemplateLogTest, AnEmptyFileThatIsThereGetsNoHeader) {
+    const MailItem offer = run.addTemplate(u"Offer", plain(u"Text"));
+    files().WriteText(path, u"");
+    record(offer);
+    EXPECT_EQ(content(), line(u"Offer", offer));
 }
 
 TEST(LogOrderTest, CopiesAreLoggedAndSoIsTheChosenRow) {
@@ -169,6 +298,44 @@ TEST(LogOrderTest, CopiesAreLoggedAndSoIsTheChosenRow) {
     const std::u16string text = apartment().machine.files().ReadText(path);
     EXPECT_NE(text.find(u"\"Beta\""), text.rfind(u"\"Beta\""));
     EXPECT_EQ(text.find(u"Alpha"), std::u16string::npos);
+}
+
+/// The copy buttons log behind the copying.
+class CopyLogTest : public testing::TestWithParam<std::u16string_view> {
+protected:
+    CopyLogTest() {
+        run.setSetting(u"LogTemplate", u"True");
+        run.setSetting(u"TemplatesLogFilePath", path);
+        run.addTemplate(u"Beta", support::html(document(u"<B>x</B>")));
+    }
+    TestRun run{{.instruments = true}};
+    std::u16string path = apartment().machine.files().GetFolderPath(5) + u"\\log.csv";
+};
+
+INSTANTIATE_TEST_SUITE_P(Buttons, CopyLogTest, testing::Values(u"cmdCopyToClipBoard", u"cmdCopyHTMLToClipB"));
+
+TEST_P(CopyLogTest, TheLineComesWhenTheClipboardIsFilled) {
+    openChooser(run, [&](ScriptedUser& she) {
+        run.recorder().clear();
+        she.Click(chooserName, GetParam());
+    });
+    const auto& calls = run.recorder().calls();
+    const auto firstOf = [&](std::u16string_view member) {
+        return std::ranges::find_if(calls, [&](const auto& call) { return call.member == member; }) - calls.begin();
+    };
+    const auto copied = firstOf(GetParam() == u"cmdCopyToClipBoard" ? u"SetText" : u"SetClipboardData");
+    EXPECT_LT(copied, firstOf(u"AppendText"));
+    EXPECT_LT(firstOf(u"AppendText"), firstOf(u"Unload"));
+    EXPECT_LT(firstOf(u"Unload"), static_cast<std::ptrdiff_t>(calls.size()));
+}
+
+TEST_P(CopyLogTest, AFolderThatIsGoneIsToldAndTheCopyIsThereAllTheSame) {
+    run.setSetting(u"TemplatesLogFilePath", u"\\no\\such\\folder\\log.csv");
+    useTemplate(run, u"Beta", GetParam());
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox().title, u"Invalid File Location - Lorvane");
+    EXPECT_TRUE(run.clipboardText() || run.clipboardHtml());
+    EXPECT_FALSE(isChooserOpen());
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "InsertRig.h"
-#include "mailstore/ItemRecord.h"
 #include "support/GoldenText.h"
 
 /// The order of host calls, as goldens: opening, listing, and each way of inserting.
@@ -40,14 +39,13 @@ protected:
             expectLog(golden);
         });
     }
-    void openOther(std::int32_t itemClass, std::u16string_view messageClass, const BodyText& body) {
-        mailstore::ItemRecord record;
-        record.head.itemClass = itemClass;
-        record.head.messageClass = messageClass;
-        record.bodyKind = body.kind;
-        record.body = body.source;
-        const Inspector inspector = run.openMail(MailItem(run.driver().import(std::move(record), run.folder(default_folder::Inbox))));
-        run.focus(inspector, model::EditorFieldName::Body);
+    void expectInsertionAs(const std::function<void(respond::frmEmail&)>& prepare, std::string_view golden) {
+        leaveOutMachine();
+        openChooserAs(run, prepare, [&](ScriptedUser& she) {
+            run.recorder().clear();
+            she.Click(chooserName, insertText);
+            expectLog(golden);
+        });
     }
     TestRun run;
 
@@ -89,22 +87,42 @@ TEST_F(TranscriptTest, AReceivedMail) {
 }
 
 TEST_F(TranscriptTest, HtmlIntoAPost) {
-    openOther(item_class::Post, u"IPM.Post", html(document(u"ab")));
+    openOther(run, postKind, html(document(u"ab")));
     expectInsertion(u"Bold", insertWithFormat, "insert-html-into-post.log");
 }
 
 TEST_F(TranscriptTest, TextIntoAPost) {
-    openOther(item_class::Post, u"IPM.Post", plain(u"ab"));
+    openOther(run, postKind, plain(u"ab"));
     expectInsertion(u"Bold", insertText, "insert-text-into-post.log");
 }
 
+TEST_F(TranscriptTest, ARichPost) {
+    openOther(run, postKind, rich(u"ab"));
+    expectInsertion(u"Bold", insertText, "insert-into-rich-post.log");
+}
+
+TEST_F(TranscriptTest, HtmlWithTheCaretInThePostsSubject) {
+    run.focus(openOther(run, postKind, html(document(u"ab"))), model::EditorFieldName::Subject);
+    expectInsertion(u"Bold", insertWithFormat, "insert-html-caret-in-posts-subject.log");
+}
+
+TEST_F(TranscriptTest, TextIntoAnAppointment) {
+    openOther(run, appointmentKind, plain(u"ab"), 0, {johnPublic()});
+    expectInsertion(u"Bold", insertText, "insert-text-into-appointment.log");
+}
+
+TEST_F(TranscriptTest, AContact) {
+    openOther(run, {item_class::Contact, u"IPM.Contact"}, plain(u"ab"));
+    expectInsertion(u"Plain", insertText, "insert-into-contact.log");
+}
+
 TEST_F(TranscriptTest, TextIntoATask) {
-    openOther(item_class::Task, u"IPM.Task", plain(u"ab"));
+    openOther(run, taskKind, plain(u"ab"));
     expectInsertion(u"Bold", insertText, "insert-text-into-task.log");
 }
 
 TEST_F(TranscriptTest, HtmlIntoATask) {
-    openOther(item_class::Task, u"IPM.Task", plain(u"ab"));
+    openOther(run, taskKind, plain(u"ab"));
     expectInsertion(u"Bold", insertWithFormat, "insert-html-into-task.log");
 }
 
@@ -116,6 +134,55 @@ protected:
 TEST_F(RichTranscriptTest, AFormattedTemplateIntoARichMail) {
     run.focus(run.newMail({u"John Public <john@example.com>"}), model::EditorFieldName::Body);
     expectInsertion(u"Bold", insertText, "insert-into-rich.log");
+}
+
+/// The two modes in which nothing goes into an open item.
+TEST_F(TranscriptTest, TheModeForANewMail) {
+    expectInsertionAs([](respond::frmEmail& form) { form.NewMailUsingTempl = true; }, "insert-new-mail-mode.log");
+}
+
+TEST_F(TranscriptTest, TheModeForAnAnswer) {
+    expectInsertionAs(
+        [](respond::frmEmail& form) {
+            form.ReplyUsingTempl = true;
+            form.ReplyKind = 1;
+        },
+        "insert-reply-mode.log");
+}
+
+class WordTranscriptTest : public TranscriptTest {
+protected:
+    explicit WordTranscriptTest(std::u16string_view version = u"11.0.0.5510") : TranscriptTest(atVersion(version, model::EditorKind::Word)) {}
+};
+
+TEST_F(WordTranscriptTest, HtmlIntoAWordMail) {
+    openAnyDraft(run, html(document(u"ab")), 1);
+    expectInsertion(u"Bold", insertWithFormat, "insert-html-into-word.log");
+}
+
+TEST_F(WordTranscriptTest, TextIntoAWordMail) {
+    openAnyDraft(run, html(document(u"ab")), 1);
+    expectInsertion(u"Bold", insertText, "insert-text-into-word.log");
+}
+
+TEST_F(WordTranscriptTest, ARichWordMail) {
+    openAnyDraft(run, rich(u"ab"), 1);
+    expectInsertion(u"Bold", insertText, "insert-into-rich-word.log");
+}
+
+TEST_F(WordTranscriptTest, WithTheCaretInTheSubject) {
+    run.focus(openAnyDraft(run, html(document(u"ab")), 1), model::EditorFieldName::Subject);
+    expectInsertion(u"Bold", insertWithFormat, "insert-caret-not-in-word.log");
+}
+
+class GuardedWordTranscriptTest : public WordTranscriptTest {
+protected:
+    GuardedWordTranscriptTest() : WordTranscriptTest(u"10.0.0.6515") {}
+};
+
+TEST_F(GuardedWordTranscriptTest, HtmlIntoAWordMail) {
+    openAnyDraft(run, html(document(u"ab")), 1);
+    expectInsertion(u"Bold", insertWithFormat, "insert-html-into-guarded-word.log");
 }
 
 }  // namespace

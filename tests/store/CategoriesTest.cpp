@@ -3,6 +3,7 @@
 #include "FoldersRig.h"
 #include "host/Form.h"
 #include "store/Categories.h"
+#include "store/basSearch.h"
 
 /// The distinct category names and the combo that offers them.
 namespace lorvane::store {
@@ -10,23 +11,6 @@ namespace {
 
 using namespace host;
 using namespace support;
-
-Names namesIn(const Recordset& table) {
-    Names names;
-    if (table.RecordCount() == 0) return names;
-    for (table.MoveFirst(); !table.EndOfFile(); table.MoveNext()) names.push_back(table.Fields(u"strCategory").text());
-    return names;
-}
-
-Recordset tableOf(std::initializer_list<std::u16string_view> names) {
-    const Recordset table = newCategoryTable();
-    for (const std::u16string_view name : names) {
-        table.AddNew();
-        table.Fields(u"strCategory").Value(name);
-        table.Update();
-    }
-    return table;
-}
 
 class AddCategoriesTest : public testing::Test {
 protected:
@@ -37,18 +21,18 @@ protected:
 
 TEST_F(AddCategoriesTest, NamesArePartedByCommasAndTrimmed) {
     add(u"Sales, Support ,  Letters");
-    EXPECT_EQ(namesIn(table), (Names{u"Sales", u"Support", u"Letters"}));
+    EXPECT_EQ(categoriesIn(table), (Names{u"Sales", u"Support", u"Letters"}));
 }
 
 TEST_F(AddCategoriesTest, ANameIsThereOnce) {
     add(u"Sales,Support");
     add(u"Support,Sales,Letters");
-    EXPECT_EQ(namesIn(table), (Names{u"Sales", u"Support", u"Letters"}));
+    EXPECT_EQ(categoriesIn(table), (Names{u"Sales", u"Support", u"Letters"}));
 }
 
 TEST_F(AddCategoriesTest, TheTablesFilterComparesWithoutCase) {
     add(u"Sales,SALES,sales");
-    EXPECT_EQ(namesIn(table), Names{u"Sales"});
+    EXPECT_EQ(categoriesIn(table), Names{u"Sales"});
 }
 
 TEST_F(AddCategoriesTest, BlanksAloneAddNothing) {
@@ -59,19 +43,19 @@ TEST_F(AddCategoriesTest, BlanksAloneAddNothing) {
 
 TEST_F(AddCategoriesTest, AnEmptyPieceIsANameLikeAnyOther) {
     add(u"a,,b");
-    EXPECT_EQ(namesIn(table), (Names{u"a", u"", u"b"}));
+    EXPECT_EQ(categoriesIn(table), (Names{u"a", u"", u"b"}));
     add(u"c,");
-    EXPECT_EQ(namesIn(table), (Names{u"a", u"", u"b", u"c"}));
+    EXPECT_EQ(categoriesIn(table), (Names{u"a", u"", u"b", u"c"}));
 }
 
 TEST_F(AddCategoriesTest, ASemicolonPartsNothing) {
     add(u"Sales;Support");
-    EXPECT_EQ(namesIn(table), Names{u"Sales;Support"});
+    EXPECT_EQ(categoriesIn(table), Names{u"Sales;Support"});
 }
 
 TEST_F(AddCategoriesTest, AQuoteInANameIsFoundAgain) {
     add(u"Jane's,Jane's");
-    EXPECT_EQ(namesIn(table), Names{u"Jane's"});
+    EXPECT_EQ(categoriesIn(table), Names{u"Jane's"});
     EXPECT_TRUE(CategoryInList(table, u"strCategory", u"Jane's"));
     EXPECT_TRUE(run.boxes().empty());
 }
@@ -85,12 +69,35 @@ TEST_F(AddCategoriesTest, LookingLeavesTheTablesOwnRowAndFilter) {
     EXPECT_EQ(table.RecordCount(), 3);
 }
 
+/// The three routines that compare names by now, each in its own way.
+TEST(CategoryComparisonTest, TheTablesFilterIgnoresCaseAndTrimsNothing) {
+    TestRun run;
+    const Recordset table = categoryTable({u"Sales", u" Padded ", u""});
+    EXPECT_TRUE(CategoryInList(table, u"strCategory", u"Sales"));
+    EXPECT_TRUE(CategoryInList(table, u"strCategory", u"SALES"));
+    EXPECT_FALSE(CategoryInList(table, u"strCategory", u" Sales"));
+    EXPECT_FALSE(CategoryInList(table, u"strCategory", u"Padded"));
+    EXPECT_TRUE(CategoryInList(table, u"strCategory", u" padded "));
+    EXPECT_FALSE(CategoryInList(table, u"strCategory", u"Sale"));
+    EXPECT_FALSE(CategoryInList(table, u"strCategory", u"S*")) << "no pattern";
+    EXPECT_TRUE(CategoryInList(table, u"strCategory", u""));
+    EXPECT_FALSE(CategoryInList(newCategoryTable(), u"strCategory", u""));
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST(CategoryComparisonTest, AnItemsListIgnoresCaseAndTrimsItsOwnNamesOnly) {
+    EXPECT_TRUE(CategoryInTemplateCategories(u"SALES", u"Letters,  Sales "));
+    EXPECT_TRUE(CategoryInTemplateCategories(u"sales", u"SALES"));
+    EXPECT_FALSE(CategoryInTemplateCategories(u" Sales", u"Letters,  Sales "));
+    EXPECT_FALSE(CategoryInTemplateCategories(u"Sales", u"Sales Team"));
+}
+
 TEST(AddCategoriesFaultTest, AnErrorShowsTheStandardBoxAndLeavesTheTableAsFarAsItGot) {
     TestRun run({.instruments = true});
     const Recordset table = newCategoryTable();
     run.faults().failNth(u"Recordset", u"AddNew", 2, host_failure::Failed, u"No more rows");
     AddCategoriesToList(u"a,b,c", table);
-    EXPECT_EQ(namesIn(table), Names{u"a"});
+    EXPECT_EQ(categoriesIn(table), Names{u"a"});
     ASSERT_EQ(run.boxes().size(), 1U);
     EXPECT_EQ(run.lastBox().title, u"basGlobals.AddCategoriesToList - Lorvane");
     EXPECT_EQ(run.lastBox().text, u"Error -2147467259: No more rows");
@@ -99,7 +106,7 @@ TEST(AddCategoriesFaultTest, AnErrorShowsTheStandardBoxAndLeavesTheTableAsFarAsI
 
 TEST(AddCategoriesFaultTest, AFilterThatFailsShowsTheBoxOfItsRoutineAndCountsAsNotThere) {
     TestRun run({.instruments = true});
-    const Recordset table = tableOf({u"a"});
+    const Recordset table = categoryTable({u"a"});
     run.faults().failNth(u"Recordset", u"Filter", 1, 3001, u"Arguments are wrong");
     EXPECT_FALSE(CategoryInList(table, u"strCategory", u"a"));
     EXPECT_EQ(run.lastBox().title, u"basGlobals.CategoryInList - Lorvane");
@@ -128,28 +135,28 @@ protected:
 };
 
 TEST_F(LoadCategoriesTest, OneEmptyLineThenTheNamesInOrder) {
-    EXPECT_EQ(load(tableOf({u"Support", u"Letters", u"Sales"}), {}, Scope::Private), (Names{u"", u"Letters", u"Sales", u"Support"}));
+    EXPECT_EQ(load(categoryTable({u"Support", u"Letters", u"Sales"}), {}, Scope::Private), (Names{u"", u"Letters", u"Sales", u"Support"}));
 }
 
 TEST_F(LoadCategoriesTest, AnEmptyNameIsShownOnlyAsTheFirstLine) {
-    EXPECT_EQ(load(tableOf({u"a", u"", u"b"}), {}, Scope::Private), (Names{u"", u"a", u"b"}));
+    EXPECT_EQ(load(categoryTable({u"a", u"", u"b"}), {}, Scope::Private), (Names{u"", u"a", u"b"}));
 }
 
 TEST_F(LoadCategoriesTest, SharedScopeOffersNothingOfThePrivateFolder) {
-    EXPECT_EQ(load(tableOf({u"Mine"}), tableOf({u"Ours"}), Scope::Shared), (Names{u"", u"Ours"}));
-    EXPECT_EQ(load(tableOf({u"Mine"}), tableOf({u"Ours"}), Scope::Private), (Names{u"", u"Mine"}));
+    EXPECT_EQ(load(categoryTable({u"Mine"}), categoryTable({u"Ours"}), Scope::Shared), (Names{u"", u"Ours"}));
+    EXPECT_EQ(load(categoryTable({u"Mine"}), categoryTable({u"Ours"}), Scope::Private), (Names{u"", u"Mine"}));
 }
 
 TEST_F(LoadCategoriesTest, AllMergesBothWithoutDoubles) {
-    EXPECT_EQ(load(tableOf({u"Sales", u"", u"Mine"}), tableOf({u"SALES", u"Ours", u""}), Scope::All), (Names{u"", u"Mine", u"Ours", u"Sales"}));
+    EXPECT_EQ(load(categoryTable({u"Sales", u"", u"Mine"}), categoryTable({u"SALES", u"Ours", u""}), Scope::All), (Names{u"", u"Mine", u"Ours", u"Sales"}));
 }
 
 TEST_F(LoadCategoriesTest, AllWithoutAPrivateTableIsTheSharedOne) {
-    EXPECT_EQ(load({}, tableOf({u"Ours"}), Scope::All), (Names{u"", u"Ours"}));
+    EXPECT_EQ(load({}, categoryTable({u"Ours"}), Scope::All), (Names{u"", u"Ours"}));
 }
 
 TEST_F(LoadCategoriesTest, AllWithoutASharedTableIsThePrivateOne) {
-    EXPECT_EQ(load(tableOf({u"Mine"}), {}, Scope::All), (Names{u"", u"Mine"}));
+    EXPECT_EQ(load(categoryTable({u"Mine"}), {}, Scope::All), (Names{u"", u"Mine"}));
 }
 
 TEST_F(LoadCategoriesTest, NothingLoadedLeavesTheEmptyLine) {
@@ -157,8 +164,35 @@ TEST_F(LoadCategoriesTest, NothingLoadedLeavesTheEmptyLine) {
     EXPECT_TRUE(run.boxes().empty());
 }
 
+TEST_F(LoadCategoriesTest, TheTablesAreNeitherSortedNorMoved) {
+    const Recordset privateTable = categoryTable({u"b", u"a"});
+    load(privateTable, {}, Scope::Private);
+    EXPECT_EQ(categoriesIn(privateTable), (Names{u"b", u"a"}));
+}
+
+TEST_F(LoadCategoriesTest, NamesAreTrimmedOnTheirWay) {
+    EXPECT_EQ(load(categoryTable({u" b ", u"a"}), {}, Scope::All), (Names{u"", u"a", u"b"}));
+    EXPECT_EQ(load(categoryTable({u" b ", u"a"}), categoryTable({u"B"}), Scope::All), (Names{u"", u"a", u"b"}));
+    const Names lines = load({}, categoryTable({u"b  "}), Scope::Shared);
+    EXPECT_EQ(lines, (Names{u"", u"b"}));
+}
+
+TEST_F(LoadCategoriesTest, ATableOfOtherFieldsShowsTheStandardBox) {
+    const Recordset other = makeRecordset();
+    other.appendField(u"strOther", adVarChar, 1000);
+    other.Open();
+    other.AddNew();
+    other.Fields(u"strOther").Value(u"x");
+    other.Update();
+    EXPECT_EQ(load(other, {}, Scope::Private), Names{u""});
+    ASSERT_EQ(run.boxes().size(), 1U);
+    EXPECT_EQ(run.lastBox().title, u"basGlobals.LoadCategories - Lorvane");
+    EXPECT_EQ(run.lastBox().style, 16);
+    EXPECT_TRUE(run.lastBox().text.starts_with(u"Error 3")) << toUtf8(run.lastBox().text);
+}
+
 TEST_F(LoadCategoriesTest, TheOrderIsThatOfTheLocale) {
-    EXPECT_EQ(load(tableOf({u"zeta", u"Änderung", u"alpha", u"Beta"}), {}, Scope::Private), (Names{u"", u"alpha", u"Änderung", u"Beta", u"zeta"}));
+    EXPECT_EQ(load(categoryTable({u"zeta", u"Änderung", u"alpha", u"Beta"}), {}, Scope::Private), (Names{u"", u"alpha", u"Änderung", u"Beta", u"zeta"}));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "host/TextFunctions.h"
 #include "store/TemplateFolders.h"
+#include "store/TemplateList.h"
 #include "support/TestRun.h"
 
 /// What the tests of folders and tables share.
@@ -57,5 +58,24 @@ inline host::MailItem addPost(const TestRun& run, const host::MAPIFolder& folder
 }
 
 using Names = std::vector<std::u16string>;
+
+/// A table of category names with these rows.
+inline host::Recordset categoryTable(std::initializer_list<std::u16string_view> names) {
+    const host::Recordset table = store::newCategoryTable();
+    for (const std::u16string_view name : names) {
+        table.AddNew();
+        table.Fields(u"strCategory").Value(name);
+        table.Update();
+    }
+    return table;
+}
+
+/// The category names of a table, in the order of its rows.
+inline Names categoriesIn(const host::Recordset& table) {
+    Names names;
+    if (table.RecordCount() == 0) return names;
+    for (table.MoveFirst(); !table.EndOfFile(); table.MoveNext()) names.push_back(table.Fields(u"strCategory").text());
+    return names;
+}
 
 }  // namespace lorvane::support

@@ -55,10 +55,11 @@ TEST(CopyTemplatesTest, TheSuffixStandsBehindEachSubject) {
     EXPECT_EQ(column(target, u"strSubject"), (Names{u"Mine", u"Ours (Shared)", u"NO SUBJECT (Shared)"}));
 }
 
-TEST(CopyTemplatesTest, NoRowsCopyNothing) {
+TEST(CopyTemplatesTest, NoRowsAndNoTableCopyNothing) {
     TestRun run;
     const Recordset target = newTemplateTable();
     EXPECT_NO_THROW(CopyTemplateRecords(newTemplateTable(), target, true));
+    EXPECT_NO_THROW(CopyTemplateRecords(Recordset(), target, true));
     EXPECT_EQ(target.RecordCount(), 0);
 }
 

@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+#include "InsertRig.h"
+
+/// Which way a template's text travels: by the open item's editor, the button, the template's text and the host's version.
+namespace lorvane::support {
+namespace {
+
+using namespace host;
+
+enum class Way { Clipboard, HtmlSplice, PlainSplice };
+
+struct Route {
+    std::string_view name;
+    BodyText item, offer;
+    std::u16string_view button;
+    Way way;
+};
+
+void PrintTo(const Route& route, std::ostream* stream) {
+    *stream << route.name;
+}
+
+const BodyText plainItem = plain(u"ab"), htmlItem = html(document(u"ab")), richItem = rich(u"ab");
+const BodyText plainOffer = plain(u"Dear [FirstName]"), htmlOffer = html(document(u"<B>Dear</B> [FirstName]")), richOffer = rich(u"Dear [FirstName]");
+
+const Route routes[] = {
+    {"plain mail, text, plain template", plainItem, plainOffer, insertText, Way::Clipboard},
+    {"plain mail, text, HTML template", plainItem, htmlOffer, insertText, Way::Clipboard},
+    {"plain mail, text, rich template", plainItem, richOffer, insertText, Way::Clipboard},
+    {"plain mail, format, plain template", plainItem, plainOffer, insertWithFormat, Way::Clipboard},
+    {"plain mail, format, HTML template", plainItem, htmlOffer, insertWithFormat, Way::Clipboard},
+    {"plain mail, format, rich template", plainItem, richOffer, insertWithFormat, Way::Clipboard},
+    {"HTML mail, text, plain template", htmlItem, plainOffer, insertText, Way::Clipboard},
+    {"HTML mail, text, HTML template", htmlItem, htmlOffer, insertText, Way::Clipboard},
+    {"HTML mail, text, rich template", htmlItem, richOffer, insertText, Way::Clipboard},
+    {"HTML mail, format, plain template", htmlItem, plainOffer, insertWithFormat, Way::Clipboard},
+    {"HTML mail, format, rich template", htmlItem, richOffer, insertWithFormat, Way::Clipboard},
+    {"HTML mail, format, HTML template", htmlItem, htmlOffer, insertWithFormat, Way::HtmlSplice},
+    {"rich mail, text, plain template", richItem, plainOffer, insertText, Way::Clipboard},
+    {"rich mail, format, plain template", richItem, plainOffer, insertWithFormat, Way::Clipboard},
+    {"rich mail, text, HTML template", richItem, htmlOffer, insertText, Way::PlainSplice},
+    {"rich mail, format, HTML template", richItem, htmlOffer, insertWithFormat, Way::PlainSplice},
+    {"rich mail, text, rich template", richItem, richOffer, insertText, Way::PlainSplice},
+    {"rich mail, format, rich template", richItem, richOffer, insertWithFormat, Way::PlainSplice},
+};
+
+class InsertRoutesTest : public testing::TestWithParam<std::tuple<std::u16string_view, Route>> {};
+
+TEST_P(InsertRoutesTest, IsTakenAndTheTextStandsAtTheCaret) {
+    const auto& [version, route] = GetParam();
+    TestRun run(atVersion(version));
+    usePrivately(run, run.templatesFolder());
+    addAnyTemplate(run, u"Offer", route.offer);
+    const Inspector mail = openAnyDraft(run, route.item, 1);
+    run.recorder().clear();
+    useTemplate(run, u"Offer", route.button);
+
+    EXPECT_EQ(run.bodyShown(mail), u"aDear Johnb");
+    EXPECT_EQ(run.record(mail.CurrentItem()).bodyKind, route.item.kind);
+    EXPECT_EQ(savedSourceOf(run, mail), sourceOf(run, mail));
+    EXPECT_EQ(allKeys(run), Subjects{std::u16string(route.way == Way::Clipboard ? u"^v" : caretMarker)});
+    EXPECT_EQ(run.clipboardText(), route.way == Way::Clipboard ? std::optional<std::u16string>(u"Dear John") : std::nullopt);
+    EXPECT_EQ(run.clipboardHtml().has_value(), route.way != Way::Clipboard);
+    if (route.way == Way::HtmlSplice) {
+        EXPECT_EQ(sourceOf(run, mail), document(u"a<B>Dear</B> Johnb"));
+    }
+    EXPECT_FALSE(isChooserOpen());
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, InsertRoutesTest,
+                         testing::Combine(testing::Values(u"9.0.0.6627", u"10.0.0.4608", u"10.0.0.6515", u"11.0.0.5510", u"12.0.0.4518"),
+                                          testing::ValuesIn(routes)));
+
+}  // namespace
+}  // namespace lorvane::support
