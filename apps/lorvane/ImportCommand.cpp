@@ -1,15 +1,17 @@
 #include <algorithm>
 #include <filesystem>
-#include <optional>
+#include <span>
+#include <string>
 #include <system_error>
 #include <vector>
 
 #include "Commands.h"
 #include "Run.h"
 #include "Streams.h"
+#include "TemplateContent.h"
 #include "host/Outlook.h"
 #include "host/TextFunctions.h"
-#include "store/TemplateFolders.h"
+#include "mime/MboxSplitter.h"
 
 namespace lorvane::cli {
 
@@ -17,7 +19,7 @@ using namespace host;
 
 namespace {
 
-constexpr std::size_t longestSubject = 600;  // a list could not show what follows
+constexpr std::size_t piece = std::size_t{1} << 16;  // bytes that are read at once
 
 /// The folder under the name space at a path like "\Personal Folders\Archive"; Nothing where one of the names is not there.
 MAPIFolder folderAt(std::u16string_view path) {
@@ -46,56 +48,125 @@ MAPIFolder targetFolder(const std::string& path) {
     return folder;
 }
 
-/// The message files that the sources name, those of a folder in the order of their names.
-std::vector<std::filesystem::path> messageFiles(const std::vector<std::string>& sources) {
+/// Fills a buffer of this size, or as much of it as there is.
+Bytes nextPiece(Input& input) {
+    Bytes bytes(piece);
+    bytes.resize(input.read(bytes));
+    return bytes;
+}
+
+/// A file of a folder is mail by its ending, or by its first line: mailbox files often have no ending.
+bool isMail(const std::filesystem::path& file) {
+    const std::u16string ending = fromUtf8(file.extension().string());
+    if (equalsIgnoreCase(ending, u".eml") || equalsIgnoreCase(ending, u".mbox")) return true;
+    try {
+        Input input(file.string());
+        return mime::beginsMailbox(nextPiece(input));
+    } catch (const CommandEnd&) {
+        return false;
+    }
+}
+
+std::vector<std::filesystem::path> mailIn(const std::string& folder) {
     std::vector<std::filesystem::path> files;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        std::error_code ignored;
+        if (entry->is_regular_file(ignored) && isMail(entry->path())) files.push_back(entry->path());
+    }
+    if (error) throw CommandEnd(ExitStatus::Fault, "cannot read " + folder + ": " + error.message());
+    if (files.empty()) throw CommandEnd(ExitStatus::Refused, "there are no messages (.eml, mbox) in the folder " + folder);
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+/// The files that the sources name, those of a folder in the order of their names.
+std::vector<std::string> mailFiles(const std::vector<std::string>& sources) {
+    std::vector<std::string> files;
     for (const std::string& source : sources) {
-        if (!std::filesystem::is_directory(source)) {
-            files.emplace_back(source);
-            continue;
-        }
-        std::vector<std::filesystem::path> inFolder;
-        std::error_code error;
-        for (std::filesystem::directory_iterator entry(source, error), end; !error && entry != end; entry.increment(error)) {
-            std::error_code ignored;
-            if (entry->is_regular_file(ignored) && equalsIgnoreCase(fromUtf8(entry->path().extension().string()), u".eml")) inFolder.push_back(entry->path());
-        }
-        if (error) throw CommandEnd(ExitStatus::Fault, "cannot read " + source + ": " + error.message());
-        if (inFolder.empty()) throw CommandEnd(ExitStatus::Refused, "there are no messages (.eml) in the folder " + source);
-        std::sort(inFolder.begin(), inFolder.end());
-        files.insert(files.end(), inFolder.begin(), inFolder.end());
+        if (std::filesystem::is_directory(source))
+            for (const std::filesystem::path& file : mailIn(source)) files.push_back(file.string());
+        else
+            files.push_back(source);
     }
     return files;
 }
 
-/// The message in a file; none, with a line that says why, where there is nothing in it to be taken over. Other files are not held up by it.
-std::optional<mailstore::ItemRecord> templateIn(const Run& run, const std::string& file) {
-    try {
-        mailstore::ItemRecord record = run.readMessage(file, readInput(file));
-        if (record.head.subject.size() <= longestSubject) return record;
-        tell("lorvane: " + file + ": left out, its subject has over 600 characters");
-    } catch (const CommandEnd& end) {
-        tell(std::string("lorvane: ") + end.what());
+/// Takes messages over, and counts them. What cannot be taken is told; it does not hold up the others.
+class Importer {
+public:
+    Importer(Run& run, MAPIFolder folder) : run_(run), folder_(std::move(folder)) {}
+
+    void takeFile(const std::string& file) {
+        try {
+            Input input(file);
+            const Bytes head = nextPiece(input);
+            if (mime::beginsMailbox(head))
+                takeMailbox(file, head, input);
+            else
+                takeMessage(file, whole(head, input));
+        } catch (const CommandEnd& end) {
+            leaveOut(end.what());
+        }
     }
-    return std::nullopt;
-}
+
+    std::size_t seen() const noexcept { return seen_; }
+    std::size_t imported() const noexcept { return imported_; }
+
+private:
+    static Bytes whole(Bytes bytes, Input& input) {
+        for (Bytes next = nextPiece(input); !next.empty(); next = nextPiece(input)) bytes.insert(bytes.end(), next.begin(), next.end());
+        return bytes;
+    }
+
+    void takeMailbox(const std::string& file, const Bytes& head, Input& input) {
+        std::size_t given = 0;
+        mime::MboxSplitter mailbox([&](std::span<std::uint8_t> buffer) {
+            if (given == head.size()) return input.read(buffer);
+            const std::size_t count = std::min(buffer.size(), head.size() - given);
+            std::copy_n(head.begin() + static_cast<std::ptrdiff_t>(given), count, buffer.begin());
+            given += count;
+            return count;
+        });
+        std::size_t number = 0;
+        while (const auto message = mailbox.next()) {
+            const std::string name = file + ", message " + std::to_string(++number);
+            try {
+                takeMessage(name, *message);
+            } catch (const CommandEnd& end) {
+                leaveOut(end.what());
+            }
+        }
+    }
+
+    void takeMessage(const std::string& name, const Bytes& bytes) {
+        mailstore::ItemRecord record = run_.readMessage(name, bytes);
+        if (record.head.subject.size() > longestSubject) throw CommandEnd(ExitStatus::Refused, name + ": left out, its subject has over 600 characters");
+        run_.driver().import(std::move(record), folder_);
+        ++seen_;
+        ++imported_;
+    }
+
+    void leaveOut(const std::string& reason) {
+        tell("lorvane: " + reason);
+        ++seen_;
+    }
+
+    Run& run_;
+    MAPIFolder folder_;
+    std::size_t seen_ = 0, imported_ = 0;
+};
 
 }  // namespace
 
 ExitStatus runImport(const RunOptions& runOptions, const ImportOptions& options) {
-    const std::vector<std::filesystem::path> files = messageFiles(options.sources);
+    const std::vector<std::string> files = mailFiles(options.sources);
     Run run(runOptions);
     run.requireConnected();
-    const MAPIFolder folder = targetFolder(options.folder);
-    std::size_t imported = 0;
-    for (const std::filesystem::path& file : files) {
-        std::optional<mailstore::ItemRecord> record = templateIn(run, file.string());
-        if (!record) continue;
-        run.driver().import(std::move(*record), folder);
-        ++imported;
-    }
-    tell("lorvane: " + std::to_string(imported) + " of " + std::to_string(files.size()) + " messages imported");
-    return imported == files.size() ? ExitStatus::Done : ExitStatus::Refused;
+    Importer importer(run, targetFolder(options.folder));
+    for (const std::string& file : files) importer.takeFile(file);
+    tell("lorvane: " + std::to_string(importer.imported()) + " of " + std::to_string(importer.seen()) + " messages imported");
+    return importer.imported() == importer.seen() ? ExitStatus::Done : ExitStatus::Refused;
 }
 
 }  // namespace lorvane::cli

@@ -8,6 +8,7 @@
 #include "host/TextFunctions.h"
 #include "html/RtfText.h"
 #include "mime/MimeWriter.h"
+#include "respond/TextInsert.h"
 
 namespace lorvane::cli {
 
@@ -35,16 +36,17 @@ CaretPlace caretPlaceFrom(const std::string& text) {
     throw CommandEnd(ExitStatus::Usage, "--caret is body, body:N or subject, not " + text);
 }
 
-/// The item that the command made or opened from a file; it leaves the store with the command unless it is to stay.
+/// The item that the command made or opened from a file; it leaves the store with the command unless it is to stay, as its window shows it then.
 class OwnItem {
 public:
     OwnItem(Run& run, bool keep) : run_(run), keep_(keep) {}
     void keep() noexcept { keep_ = true; }
     ~OwnItem() {
-        if (!item || keep_) return;
+        if (!item) return;
         try {
-            if (inspector) run_.driver().closeInspector(inspector, false);
-            run_.driver().purge(item);
+            const bool wasSaved = !MailItem(item).EntryID().empty();
+            if (inspector) run_.driver().closeInspector(inspector, keep_ && wasSaved);
+            if (!keep_) run_.driver().purge(item);
         } catch (const HostError& error) {
             tell(std::string("lorvane: the mail stays in the store: ") + error.what());
         }
@@ -70,6 +72,7 @@ void openFromFile(Run& run, const std::string& file, const Bytes& message, OwnIt
     own.item = run.driver().import(run.readMessage(file, message), apartment().gNameSpace.GetDefaultFolder(default_folder::Drafts));
     const MailItem item(own.item);
     own.inspector = run.driver().openItem(item.EntryID(), item.Parent().StoreID());
+    own.item = Inspector(own.inspector).CurrentItem();  // what is typed reaches the window's own item
 }
 
 /// How the open mail stands, for telling what an insertion did.
@@ -90,9 +93,19 @@ Bytes messageOf(Run& run, const mailstore::ItemRecord& record) {
     return mime::writeMessage(record, writing);
 }
 
-/// What the insertion came to, by what it did to the mail.
-ExitStatus outcome(const Run& run, const MailText& before, const MailText& after, EditorFieldName caret) {
+/// What the insertion came to, by what it did to the mail. `offered` is the number of the template's attachments.
+ExitStatus outcome(const Run& run, const MailText& before, const MailText& after, EditorFieldName caret, std::size_t offered) {
     if (run.sawError()) return ExitStatus::Fault;
+    // An error whose box could not be shown either: the insertion broke off, and its mark stands where the text was to go.
+    if (after.body.find(respond::caretMarker) != std::u16string::npos && before.body.find(respond::caretMarker) == std::u16string::npos) {
+        tell("lorvane: the insertion broke off");
+        return ExitStatus::Fault;
+    }
+    // The add-in leaves them out in silence where its local folder cannot be made.
+    if (after.body != before.body && after.attachments < before.attachments + offered) {
+        tell("lorvane: not all attachments of the template came along");
+        return ExitStatus::Fault;
+    }
     if (after.body != before.body) return ExitStatus::Done;
     // A template may hold nothing but attachments; with the caret elsewhere they come without its text.
     if (caret == EditorFieldName::Body && after.attachments > before.attachments) return ExitStatus::Done;
@@ -135,30 +148,15 @@ ExitStatus runInsert(const RunOptions& runOptions, const InsertOptions& options)
     run.driver().focus(own.inspector, caret.field, caret.position);
     const MailText before(run.driver().record(own.item));
 
-    run.forgetBoxes();
-    auto& chooser = apartment().forms.use<respond::frmEmail>();
-    std::optional<CommandEnd> mistake;
-    bool chooserListFailed = false;
-    run.user().then([&](screen::ScriptedUser& user) {
-        try {
-            const std::int32_t line = lineOfTemplate(chooser, options.subject, options.id);
-            run.forgetBoxes();
-            user.Select(chooserWindow, u"lstEmails", line);
-            user.Click(chooserWindow, options.withFormat ? u"cmdInsertWithFormat" : u"cmdInsert");
-        } catch (const CommandEnd& end) {
-            mistake = end;
-            chooserListFailed = chooser.lastListResult() == respond::ListResult::Failed;
-            user.CloseWindow(chooserWindow);
-        }
+    std::size_t offered = 0;
+    withTemplate(run, ChooserMode::Insert, options.name, [&](screen::ScriptedUser& user, respond::frmEmail& chooser, std::int32_t line) {
+        offered = run.driver().record(chooser.itemOfLine(line)).attachments.size();
+        user.Select(chooserWindow, u"lstEmails", line);
+        user.Click(chooserWindow, options.withFormat ? u"cmdInsertWithFormat" : u"cmdInsert");
     });
-    chooser.Show(true);
-    // The list may lack the template only because it broke off.
-    if (mistake && (chooserListFailed || run.sawError())) return ExitStatus::Fault;
-    if (mistake) throw *mistake;
-    if (!run.user().failures().empty()) throw run.user().failures().front();
 
     const mailstore::ItemRecord record = run.driver().record(own.item);
-    const ExitStatus status = outcome(run, before, MailText(record), caret.field);
+    const ExitStatus status = outcome(run, before, MailText(record), caret.field, offered);
     if (status == ExitStatus::Done) writeOut(run, options.out, record, own);
     return status;
 }

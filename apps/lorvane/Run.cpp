@@ -16,6 +16,7 @@
 #include "recordset/Collation.h"
 #include "recordset/Recordset.h"
 #include "recordset/Stream.h"
+#include "respond/TextInsert.h"
 #include "services/RegionNames.h"
 
 namespace lorvane::cli {
@@ -35,7 +36,9 @@ std::u16string versionText(const std::string& version) {
 }
 
 model::EditorKind editorKind(const std::string& editor) {
-    return editor == "plain" ? model::EditorKind::Plain : editor == "rich" ? model::EditorKind::Rich : model::EditorKind::Html;
+    if (editor == "plain") return model::EditorKind::Plain;
+    if (editor == "rich") return model::EditorKind::Rich;
+    return editor == "word" ? model::EditorKind::Word : model::EditorKind::Html;
 }
 
 std::string environmentText(const char* name) {
@@ -84,22 +87,34 @@ std::filesystem::path folderOrUnderHome(const char* variable, const char* underH
     return std::filesystem::path(home) / underHome;
 }
 
+std::filesystem::path storeFolder(const RunOptions& options) {
+    return options.store ? std::filesystem::absolute(*options.store) : folderOrUnderHome("XDG_DATA_HOME", ".local/share") / "lorvane";
+}
+
 std::shared_ptr<mailstore::SqliteFile> openStore(const std::filesystem::path& folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) throw CommandEnd(ExitStatus::Fault, "cannot make the folder " + folder.string() + ": " + error.message());
-    return std::make_shared<mailstore::SqliteFile>(folder / "store.sqlite");
+    mailstore::SqliteOptions options;
+    options.typedMarks = {std::u16string(respond::caretMarker)};
+    auto file = std::make_shared<mailstore::SqliteFile>(folder / storeFileName, options);
+    for (const std::u16string& subject : file->mending().subjects)
+        tell(u"lorvane: took the caret mark of an interrupted insertion out of \"" + onOneLine(subject) + u"\"");
+    for (const HostError& failure : file->mending().failures) tell(u"lorvane: an interrupted insertion was left as it is: " + failure.description());
+    return file;
 }
 
 }  // namespace
 
-StoreFiles::StoreFiles(const RunOptions& options) {
+std::filesystem::path storeFileOf(const RunOptions& options) {
+    return storeFolder(options) / storeFileName;
+}
+
+StoreFiles::StoreFiles(const RunOptions& options) : folder(storeFolder(options)) {
     if (options.store) {
-        folder = std::filesystem::absolute(*options.store);
         applicationData = folder / "application-data";
         documents = folder / "documents";
     } else {
-        folder = folderOrUnderHome("XDG_DATA_HOME", ".local/share") / "lorvane";
         applicationData = folderOrUnderHome("XDG_CONFIG_HOME", ".config") / "lorvane";
         documents = folderOrUnderHome("XDG_DOCUMENTS_DIR", "Documents");
     }
@@ -120,7 +135,7 @@ Mailbox mailboxFrom(const std::string& text) {
     return {name, fromUtf8(address)};
 }
 
-Run::Run(const RunOptions& options)
+Run::Run(const RunOptions& options, const RunParts& parts)
     : moment_(fixedMoment(options.now)),
       version_(versionText(options.hostVersion)),
       localeName_(localeFrom(options.locale)),
@@ -138,6 +153,7 @@ Run::Run(const RunOptions& options)
     serviceOptions.places = {files_.documents, files_.applicationData, {}};
     serviceOptions.settings = files_.settings;
     if (moment_) serviceOptions.now = [moment = *moment_] { return moment; };
+    if (parts.moment) serviceOptions.now = [this, moment = parts.moment] { return moment(desktop_); };
     serviceOptions.localeName = localeName_;
     serviceOptions.shell = [](const services::ShellRequest& request) {
         tell(u"lorvane: to be opened by yourself: " + request.file);
@@ -150,7 +166,7 @@ Run::Run(const RunOptions& options)
     hostOptions.editor = editorKind(options.editor);
     hostOptions.accountName = account_.name;
     hostOptions.accountAddress = account_.address;
-    hostOptions.screen = makeObject<screen::ScriptedScreen>(windows_, user_);
+    hostOptions.screen = makeObject<screen::ScriptedScreen>(windows_, parts.user ? *parts.user : user_);
     hostOptions.files = services_->files;
     hostOptions.settings = services_->settings;
     hostOptions.clock = services_->clock;
@@ -159,6 +175,9 @@ Run::Run(const RunOptions& options)
     hostOptions.region = services_->region;
     hostOptions.shell = services_->shell;
     hostOptions.clipboardContent = [this] { return model::PasteContent{services_->clipboardContent().text(), services_->clipboardContent().html()}; };
+    hostOptions.setClipboardContent = [this](const model::PasteContent& content) {
+        services_->clipboardContent().replaceContent(content.text, content.htmlFormat);
+    };
     const auto collation = std::make_shared<const recordset::Collation>(Region(services_->region).LocaleName());
     hostOptions.makeRecordset = [collation] { return recordset::makeRecordset(collation); };
     hostOptions.makeStream = recordset::makeStream;
@@ -167,18 +186,25 @@ Run::Run(const RunOptions& options)
     driver_ = std::make_unique<model::Driver>(*host_);
 
     Object machine = host_->machine();
-    Object application = host_->application();
+    application_ = host_->application();
+    addInInst_ = host_->addInInst();
+    if (options.decorate)
+        for (Object* object : {&machine, &application_, &addInInst_}) *object = options.decorate(*object);
     if (log_.is_open()) {
         recorder_ = std::make_unique<instruments::Recorder>();
-        user_.onAct([this](std::u16string_view act) { recorder_->note(act); });
+        user_.onAct([this](std::u16string_view act) { noteAct(act); });
         machine = recorder_->decorate(machine);
-        application = recorder_->decorate(application);
+        application_ = recorder_->decorate(application_);
     }
     apartment_ = std::make_unique<ApartmentScope>(machine);
     connect_ = makeObject<Connect>();
     host_->registerClass(u"Lorvane.Connect", [connect = connect_] { return connect; });
     if (!options.noExplorer) driver_->openExplorer();
-    implementation<Connect>(connect_)->AddinInstance_OnConnection(application, 0, host_->addInInst());
+    if (parts.connects) connect();
+}
+
+void Run::connect() {
+    implementation<Connect>(connect_)->AddinInstance_OnConnection(application_, 0, addInInst_);
 }
 
 Run::~Run() {
@@ -214,13 +240,21 @@ std::string Run::newMessageId() {
     return id.str();
 }
 
-mailstore::ItemRecord Run::readMessage(const std::string& file, const Bytes& bytes) const {
+void Run::noteAct(std::u16string_view act) {
+    if (recorder_) recorder_->note(act);
+}
+
+mime::ReadOptions Run::readOptions() const {
     mime::ReadOptions reading;
     reading.accountName = account_.name;
     reading.accountAddress = account_.address;
     reading.now = now();
+    return reading;
+}
+
+mailstore::ItemRecord Run::readMessage(const std::string& file, const Bytes& bytes) const {
     try {
-        return mime::readMessage(bytes, reading);
+        return mime::readMessage(bytes, readOptions());
     } catch (const HostError& error) {
         throw CommandEnd(ExitStatus::Fault, file + ": " + toUtf8(error.description()));
     }

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <system_error>
 
 #include "ExitStatus.h"
@@ -21,10 +20,6 @@ constexpr std::string_view standardStream = "-";
 
 [[noreturn]] void failOn(std::string_view what, const std::string& file, int error) {
     throw CommandEnd(ExitStatus::Fault, std::string(what) + " " + file + ": " + std::strerror(error));
-}
-
-host::Bytes allOf(std::istream& stream) {
-    return host::Bytes(std::istreambuf_iterator<char>(stream), {});
 }
 
 void writeAll(std::ostream& stream, std::string_view bytes) {
@@ -65,32 +60,47 @@ bool isControl(char16_t unit) {
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
 }
 
-/// What is shown of a text: `onOneLine`, or with its line ends.
-std::u16string shown(std::u16string_view text, bool withLineEnds) {
+/// What is shown of a text, with these in the place of a line end and of a tab.
+std::u16string shown(std::u16string_view text, char16_t lineEnd, char16_t tab) {
     std::u16string result;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const char16_t unit = text[at];
         if (unit == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n') continue;
-        const bool lineEnd = unit == u'\r' || unit == u'\n';
-        if (lineEnd)
-            result += withLineEnds ? u'\n' : u' ';
+        if (unit == u'\r' || unit == u'\n')
+            result += lineEnd;
         else
-            result += unit == u'\t' ? u' ' : isControl(unit) ? u'\uFFFD' : unit;
+            result += unit == u'\t' ? tab : isControl(unit) ? u'\uFFFD' : unit;
     }
     return result;
 }
 
 }  // namespace
 
-host::Bytes readInput(const std::string& file) {
-    if (file == standardStream) return allOf(std::cin);
+Input::Input(const std::string& file) : name_(file), stream_(file == standardStream ? std::cin : file_) {
+    if (file == standardStream) return;
     if (std::filesystem::is_directory(file)) failOn("cannot read", file, EISDIR);
     errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) failOn("cannot read", file, errno ? errno : EIO);
-    host::Bytes bytes = allOf(stream);
-    if (stream.bad()) failOn("cannot read", file, EIO);
-    return bytes;
+    file_.open(file, std::ios::binary);
+    if (!file_) failOn("cannot read", file, errno ? errno : EIO);
+}
+
+std::size_t Input::read(std::span<std::uint8_t> buffer) {
+    stream_.read(reinterpret_cast<char*>(buffer.data()), static_cast<std::streamsize>(buffer.size()));
+    if (stream_.bad()) failOn("cannot read", name_, EIO);
+    return static_cast<std::size_t>(stream_.gcount());
+}
+
+host::Bytes readInput(const std::string& file) {
+    constexpr std::size_t piece = std::size_t{1} << 16;
+    Input input(file);
+    host::Bytes bytes;
+    for (;;) {
+        const std::size_t before = bytes.size();
+        bytes.resize(before + piece);
+        const std::size_t count = input.read(std::span(bytes).subspan(before));
+        bytes.resize(before + count);
+        if (count == 0) return bytes;
+    }
 }
 
 std::u16string readTextInput(const std::string& file) {
@@ -152,11 +162,17 @@ void print(std::u16string_view text) {
 }
 
 std::u16string onOneLine(std::u16string_view text) {
-    return shown(text, false);
+    return shown(text, u' ', u' ');
+}
+
+std::u16string asLines(std::u16string_view text) {
+    std::u16string lines = shown(text, u'\n', u'\t');
+    if (!lines.empty() && lines.back() != u'\n') lines += u'\n';
+    return lines;
 }
 
 void tell(std::u16string_view text) {
-    std::cerr << host::toUtf8(shown(text, true)) << '\n';
+    std::cerr << host::toUtf8(shown(text, u'\n', u' ')) << '\n';
 }
 
 void tell(std::string_view text) {

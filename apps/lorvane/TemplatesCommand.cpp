@@ -27,10 +27,11 @@ void chooseScope(screen::ScriptedUser& user, respond::frmEmail& chooser, const s
     user.Click(chooserWindow, option);
 }
 
-/// False where the chooser does not offer the category: no template has it.
+/// False where the chooser does not offer the category: no template has it. Blanks around the name are no part of it, and an empty one stands for all.
 bool chooseCategory(screen::ScriptedUser& user, const respond::frmEmail& chooser, const std::string& category) {
-    if (category.empty()) return true;
-    const std::u16string sought = fromUtf8(category);
+    const std::u16string name = fromUtf8(category);
+    const std::u16string_view sought = Trim(name);
+    if (sought.empty()) return true;
     for (std::int32_t line = 1; line < chooser.cmbCategories.ListCount(); ++line) {
         if (!equalsIgnoreCase(chooser.cmbCategories.List(line), sought)) continue;
         user.Select(chooserWindow, u"cmbCategories", line);

@@ -159,6 +159,79 @@ TEST(Handlers, TemplateAddMakesTheItemThroughTheHost) {
     EXPECT_EQ(windowsOf(log), Lines());
 }
 
+/// The steps of the chooser's Edit and Delete buttons, which begin alike.
+const Lines upkeepSteps = {"call Settings.SaveSetting \"kelvorn\", \"0x951592256\", \"LastFolderStoreid\"",
+                           "call Settings.SaveSetting \"kelvorn\", \"0x951592256\", \"LastSubFolderName\"", "put Recordset.AbsolutePosition 2"};
+
+Lines from(const Lines& log, const std::string& start) {
+    return Lines(std::ranges::find(log, start), log.end());
+}
+
+TEST(Handlers, ShowChoosesTheLineAndReadsThePreview) {
+    const Program lorvane;
+    lorvane.done({"templates"});
+    const Lines log = logOf(lorvane, {"template", "show", "Quote (Sample)"});
+    EXPECT_EQ(windowsOf(log), (Lines{"call Screen.Load frmEmail", "call Screen.Show frmEmail, True", "act Select frmEmail.lstEmails 1",
+                                     "act Click frmEmail.cmdClose", "call Screen.Hide frmEmail", "call Screen.Unload frmEmail"}));
+    EXPECT_EQ(missingFrom(between(log, "act Select frmEmail.lstEmails", "act Click"),
+                          {"put Recordset.AbsolutePosition 2", "call NameSpace.GetItemFromID", "get SafeMailItem.Subject", "get SafeMailItem.Body"}),
+              "");
+    EXPECT_TRUE(std::ranges::none_of(log, [](const std::string& line) { return line.ends_with("Item.Save"); })) << "nothing is saved";
+}
+
+TEST(Handlers, EditPressesTheButtonAndSavesTheOpenItemOnce) {
+    const Program lorvane;
+    const Lines log = logOf(lorvane, {"template", "edit", "Quote (Sample)", "--subject", "New", "--category", "A", "--text", "-"}, 0, {.input = "text"});
+    EXPECT_EQ(windowsOf(log), (Lines{"call Screen.Load frmEmail", "call Screen.Show frmEmail, True", "act Select frmEmail.lstEmails 1",
+                                     "act Click frmEmail.cmdEdit", "call Screen.Hide frmEmail", "call Screen.Unload frmEmail"}));
+    Lines steps = upkeepSteps;
+    steps.insert(steps.end(),
+                 {"call Application.ActiveInspector", "call Application.GetNamespace \"MAPI\"", "call NameSpace.GetItemFromID", "call Screen.Unload frmEmail",
+                  "call MailItem.Display", "call Application.ActiveInspector", "put SafeMailItem.Item MailItem", "put SafeMailItem.Subject \"New\"",
+                  "put SafeMailItem.Categories \"A\"", "put SafeMailItem.Body \"text\"", "call SafeMailItem.Save", "call Inspector.Close 0"});
+    const Lines clicked = from(log, "act Click frmEmail.cmdEdit");
+    EXPECT_EQ(missingFrom(clicked, steps), "");
+    EXPECT_EQ(std::ranges::count_if(clicked, [](const std::string& line) { return line.ends_with("Item.Save"); }), 1);
+}
+
+TEST(Handlers, DeletePressesTheButtonAndAnswersItsQuestion) {
+    const Program lorvane;
+    const Lines log = logOf(lorvane, {"template", "delete", "Quote (Sample)"});
+    EXPECT_EQ(windowsOf(log),
+              (Lines{"call Screen.Load frmEmail", "call Screen.Show frmEmail, True", "act Select frmEmail.lstEmails 1", "act Click frmEmail.cmdDelete",
+                     "call Screen.MsgBox \"Are you sure that you want to delete the selected template: Quote (Sample)?\", 36, \"Confirm Delete - Lorvane\"",
+                     "act Click frmEmail.cmdClose", "call Screen.Hide frmEmail", "call Screen.Unload frmEmail"}));
+    Lines steps = upkeepSteps;
+    steps.insert(steps.end(),
+                 {"call NameSpace.GetItemFromID", "call Machine.CreateObject \"qz7mredemption.qz7msafemailitem\"", "put SafeMailItem.Item MailItem",
+                  "call Application.ActiveInspector", "get SafeMailItem.Subject", "call Screen.MsgBox", "call MailItem.Delete"});
+    EXPECT_EQ(missingFrom(from(log, "act Click frmEmail.cmdDelete"), steps), "");
+}
+
+TEST(Handlers, HiddenButtonsArePressedThroughTheListsMenu) {
+    const Program lorvane;
+    lorvane.done({"settings", "set", "ShowFldrMainBtns", "False"});
+    const Lines edited = logOf(lorvane, {"template", "edit", "Quote (Sample)", "--category", "A"});
+    EXPECT_EQ(missingFrom(edited, {"act Select frmEmail.lstEmails 1", "act RightClick frmEmail.lstEmails 1", "call Screen.PopupMenu", "call MailItem.Display",
+                                   "call SafeMailItem.Save"}),
+              "");
+    const Lines deleted = logOf(lorvane, {"template", "delete", "Quote (Sample)"});
+    EXPECT_EQ(missingFrom(deleted, {"act RightClick frmEmail.lstEmails 1", "call Screen.PopupMenu", "call Screen.MsgBox", "call MailItem.Delete"}), "");
+}
+
+TEST(Handlers, AMistakenSubjectPressesNoButtonOfUpkeep) {
+    const Program lorvane;
+    lorvane.addText("Same", "");
+    lorvane.addText("Same", "");
+    for (const char* subject : {"No such", "Same"}) {
+        for (Program::Words words : {Program::Words{"show", subject}, Program::Words{"edit", subject, "--category", "A"}, Program::Words{"delete", subject}}) {
+            words.insert(words.begin(), "template");
+            EXPECT_EQ(windowsOf(logOf(lorvane, words, 1)), (Lines{"call Screen.Load frmEmail", "call Screen.Show frmEmail, True", "act CloseWindow frmEmail",
+                                                                  "call Screen.Hide frmEmail", "call Screen.Unload frmEmail"}));
+        }
+    }
+}
+
 TEST(Handlers, SettingsAreReadAndWrittenBehindAConnectedAddIn) {
     const Program lorvane;
     const Lines log = logOf(lorvane, {"settings", "set", "A", "B"});
@@ -172,7 +245,8 @@ TEST(Handlers, EveryCommandConnectsTheAddInFirst) {
     const Program lorvane;
     for (const Program::Words& words :
          {Program::Words{"insert", "--template", "Quote (Sample)"}, Program::Words{"templates"}, Program::Words{"settings", "list"},
-          Program::Words{"template", "add", "--subject", "A", "--text", "/dev/null"}, Program::Words{"import", "-"}}) {
+          Program::Words{"template", "add", "--subject", "A", "--text", "/dev/null"}, Program::Words{"import", "-"}, Program::Words{"template", "show", "A"},
+          Program::Words{"template", "edit", "A", "--category", "B"}, Program::Words{"template", "delete", "A"}}) {
         const Lines log = logOf(lorvane, words, 0, {.input = draft("text")});
         ASSERT_FALSE(log.empty());
         EXPECT_EQ(log.front(), "get Application.Version");

@@ -83,7 +83,7 @@ TEST(Import, AFolderWithoutMessagesIsRefused) {
     const Program lorvane;
     std::filesystem::create_directories(lorvane.folder() / "empty");
     const Ended ended = lorvane({"import", "empty"});
-    EXPECT_EQ(ended, (Ended{1, "", "lorvane: there are no messages (.eml) in the folder empty\n"}));
+    EXPECT_EQ(ended, (Ended{1, "", "lorvane: there are no messages (.eml, mbox) in the folder empty\n"}));
 }
 
 }  // namespace

@@ -117,6 +117,17 @@ TEST_F(Refusal, KeepLeavesARefusedMailToo) {
     EXPECT_EQ(lorvane.drafts()[0].head.subject, u"Hello");
 }
 
+TEST_F(Refusal, AKeptMailHasNothingOfWhatWasTypedForAMoment) {
+    lorvane.file("draft.eml", draft("<html><body>text</body></html>", "MIME-Version: 1.0\r\nContent-Type: text/html\r\n"));
+    for (const char* editor : {"html", "word"}) {
+        const Ended ended =
+            lorvane({"insert", "--template", "Bold", "--with-format", "--into", "draft.eml", "--caret", "subject", "--keep", "--editor", editor});
+        EXPECT_EQ(ended.status, 1) << ended;
+        ASSERT_FALSE(lorvane.drafts().empty());
+        EXPECT_EQ(lorvane.drafts().back().head.subject, u"Begun") << editor;
+    }
+}
+
 TEST_F(Refusal, AFailingUsageLogDoesNotHinderAnInsertion) {
     lorvane.done({"settings", "set", "LogTemplate", "True"});
     lorvane.done({"settings", "set", "TemplatesLogFilePath", "\\no\\such\\folder\\log.txt"});

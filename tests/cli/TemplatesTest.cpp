@@ -69,6 +69,24 @@ TEST(Templates, OfACategory) {
     EXPECT_EQ(lorvane.done({"templates", "--category", "Sales", "--search", "tw"}), "Two\n");
 }
 
+TEST(Templates, ACategoryIsOneOfTheChoosersList) {
+    const Program lorvane;
+    const auto add = [&](const std::string& subject, const std::string& categories) {
+        lorvane.done({"template", "add", "--subject", subject, "--category", categories, "--text", "/dev/null"});
+    };
+    add("One", " Sales ,Support, ");
+    add("Two", "sales");
+    add("Quoted", "Jane's, Other");
+    const auto of = [&](const std::string& category) { return lorvane({"templates", "--category", category}); };
+    EXPECT_EQ(of("SALES"), (Ended{0, "One\nTwo\n", ""}));
+    EXPECT_EQ(of("  Support "), (Ended{0, "One\n", ""})) << "blanks around it are no part of it";
+    EXPECT_EQ(of("Other"), (Ended{0, "Quoted\n", ""}));
+    EXPECT_EQ(of("Jane's"), (Ended{0, "", ""})) << "a name with a quote never finds its own templates";
+    for (const char* none : {"Sale", "Sales, Support", "No such", ","}) EXPECT_EQ(of(none), (Ended{0, "", ""})) << none;
+    const std::string all = lorvane.done({"templates"});
+    for (const char* every : {"", "  "}) EXPECT_EQ(of(every), (Ended{0, all, ""}));
+}
+
 TEST(Templates, AScopeThatIsDisabledIsRefused) {
     const Program lorvane;
     EXPECT_EQ(lorvane.done({"templates", "--scope", "private"}), samples) << "it is the one in force";
@@ -104,6 +122,21 @@ TEST_F(SharedTemplates, EachScopeListsItsOwn) {
     EXPECT_EQ(lorvane.done({"templates", "--scope", "shared"}), "Of the team\n");
     EXPECT_EQ(lorvane.done({"templates", "--scope", "all", "--category", "team"}), "Of the team (Shared)\n");
     EXPECT_EQ(json::parse(lorvane.done({"templates", "--json", "--search", "team"}))[0]["subject"], "Of the team") << "its own subject";
+}
+
+TEST_F(SharedTemplates, ScopeCategoryAndSearchNarrowTogether) {
+    for (const char* subject : {"Mine of the team", "Mine alone"})
+        lorvane.done({"template", "add", "--subject", subject, "--category", "Team, Mine", "--text", "/dev/null"});
+    const auto narrowed = [&](const std::string& scope, const std::string& category, const std::string& search) {
+        return lorvane.done({"templates", "--scope", scope, "--category", category, "--search", search});
+    };
+    EXPECT_EQ(narrowed("all", "Team", "of the"), "Mine of the team\nOf the team (Shared)\n");
+    EXPECT_EQ(narrowed("private", "Team", "of the"), "Mine of the team\n");
+    EXPECT_EQ(narrowed("shared", "Team", "of the"), "Of the team\n");
+    EXPECT_EQ(narrowed("shared", "Mine", "of the"), "") << "a category that the scope does not offer";
+    EXPECT_EQ(narrowed("all", "mine", "ALONE"), "Mine alone\n");
+    EXPECT_EQ(narrowed("all", "Team", "(shared)"), "Of the team (Shared)\n") << "as the list shows it";
+    EXPECT_EQ(narrowed("shared", "Team", "(shared)"), "");
 }
 
 TEST_F(SharedTemplates, AreChosenByTheirOwnSubject) {

@@ -8,8 +8,9 @@ namespace {
 
 using Words = Program::Words;
 
-const std::vector<Words> commands = {{"insert"},          {"templates"},       {"template", "add"}, {"import"},
-                                     {"settings", "get"}, {"settings", "set"}, {"settings", "list"}};
+const std::vector<Words> commands = {
+    {"insert"},         {"templates"},       {"template", "add"}, {"template", "show"}, {"template", "edit"}, {"template", "delete"}, {"import"},
+    {"store", "check"}, {"store", "backup"}, {"serve"},           {"settings", "get"},  {"settings", "set"},  {"settings", "list"}};
 
 std::string joined(const Words& words) {
     std::string text;
@@ -33,8 +34,8 @@ TEST(Usage, EachCommandHasAHelpWithAnExampleOfIt) {
 TEST(Usage, TheHelpOfTheProgramNamesEveryCommandAndOptionOfARun) {
     const Ended help = Program().bare({"--help"});
     EXPECT_EQ(help.status, 0) << help;
-    for (const char* word : {"insert", "templates", "template", "import", "settings", "--store", "--host-version", "--editor", "--now", "--locale", "--from",
-                             "--no-explorer", "--answer", "--log", "--version"})
+    for (const char* word : {"insert", "templates", "template", "import", "store", "settings", "--store", "--host-version", "--editor", "--now", "--locale",
+                             "--from", "--no-explorer", "--answer", "--log", "--version"})
         EXPECT_NE(help.out.find(word), std::string::npos) << word;
 }
 
@@ -67,7 +68,24 @@ TEST(Usage, MistakesAreStatusTwoWithALineAndNoStore) {
         {"template", "add", "--subject", "A"},
         {"template", "add", "--text", "-"},
         {"template", "add", "--subject", "A", "--text", "-", "--html", "-"},
+        {"template", "show"},
+        {"template", "show", "A", "B"},
+        {"template", "show", "A", "--id", ""},
+        {"template", "edit", "A"},
+        {"template", "edit", "A", "--id", "00FF"},
+        {"template", "edit", "--subject", "B"},
+        {"template", "edit", "A", "--text", "-", "--html", "-"},
+        {"template", "edit", "A", "--attach", ""},
+        {"template", "delete"},
+        {"template", "delete", "A", "--json"},
         {"import"},
+        {"store"},
+        {"store", "check", ""},
+        {"store", "check", "-"},
+        {"store", "check", "A", "B"},
+        {"store", "backup"},
+        {"store", "backup", "-"},
+        {"store", "backup", ""},
         {"settings"},
         {"settings", "get"},
         {"settings", "set", "Key"},
