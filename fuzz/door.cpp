@@ -1,0 +1,18 @@
+#include "automation/DoorRig.h"
+#include "fuzz/FuzzInput.h"
+
+/// A client may say anything: each answer is JSON, and the session ends as one does whose client went away.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace lorvane;
+    constexpr std::size_t mostLines = 60;
+    automation::test::DoorRig door;
+    std::string_view rest = fuzz::Input(data, size).utf8();
+    for (std::size_t lines = 0; !rest.empty() && lines < mostLines; ++lines) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(rest.size(), line.size() + 1));
+        door.say(std::string(line));
+    }
+    door.serve();
+    for (const automation::Json& message : door.sent()) fuzz::require(message.value("jsonrpc", "") == "2.0", "each answer is a message of the protocol");
+    return 0;
+}
