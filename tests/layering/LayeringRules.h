@@ -23,10 +23,15 @@ inline constexpr FolderRule sourceRules[] = {
 
 /// What stands behind the surface. Beside these a platform folder has `host` and any library.
 inline constexpr FolderRule platformRules[] = {
-    {"html", ""},        {"recordset", ""},
-    {"mailstore", ""},   {"mime", "mailstore html"},
-    {"screen", ""},      {"services", "mailstore screen"},
-    {"instruments", ""}, {"model", "screen mailstore mime html recordset"},
+    {"html", ""},
+    {"recordset", ""},
+    {"mailstore", ""},
+    {"mime", "mailstore html"},
+    {"screen", ""},
+    {"services", "mailstore screen"},
+    {"instruments", ""},
+    {"model", "screen mailstore mime html recordset"},
+    {"automation", "screen mailstore mime services instruments model"},
 };
 
 /// Files of src/host that are the add-in's own lifecycle: they tie its parts together, so they may include any folder of src/.

@@ -2,105 +2,101 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <functional>
-#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/HostError.h"
-#include "host/TextFunctions.h"
+#include "support/Snapshot.h"
 #include "support/TestRun.h"
 
-/// Lets each host call of a command fail, one after the other.
+/// Lets each host call of a command fail, one after the other, and compares what is left with what the command says.
 ///
-///     sweepFaults({.begin = [] { return std::make_unique<TestRun>(RunOptions{.connected = false, .instruments = true}); },
-///                  .command = [](TestRun& run) { run.connect(); },
-///                  .check = [](TestRun& run, const SweptFault&) { EXPECT_TRUE(run.boxes().empty()); }});
+///     class MySweep : public SweepTest {};
+///     SWEEP_EACH_CALL(MySweep);
+///     TEST_P(MySweep, Opening) {
+///         FaultSweep sweep;
+///         sweep.prepare = [](TestRun& run) { run.addTemplate(u"Offer", plain(u"Text")); };
+///         sweep.command = [](TestRun&) { chooser().Show(false); };
+///         sweep.boxes = {errorBox(u"frmEmail.Form_Load")};
+///         run(sweep);
+///     }
 namespace lorvane::support {
 
 enum class FaultKind { Error, LostObject };
+enum class StoreKind { Memory, Sqlite };
 
 /// The fault of one turn.
 struct SweptFault {
     FaultKind kind = FaultKind::Error;
-    std::size_t n = 0;                 ///< which of the command's host calls, from 1
-    std::u16string className, member;  ///< of the call that failed
-    std::string line;                  ///< the call as the log of a run without faults shows it
+    std::size_t n = 0;                     ///< which of the command's host calls, from 1
+    std::u16string className{}, member{};  ///< of the call that failed
+    std::string line{};                    ///< the call as the log of a run without faults shows it
 
-    bool isOf(std::u16string_view classSought) const { return host::equalsIgnoreCase(className, classSought); }
+    bool isOf(std::u16string_view classSought) const;
     /// The screen, or the machine it comes from, is gone for good: then no window can be taken down either.
     bool losesScreen() const { return kind == FaultKind::LostObject && (isOf(u"Screen") || isOf(u"Machine")); }
+    /// The call was one of the file service, or the service was not to be had: then files may stay that were to go.
+    bool strikesFiles() const;
 };
+
+/// A message box that a command may show: its whole title, how its text begins, and its style.
+struct NamedBox {
+    std::u16string title, textFront;
+    std::int32_t style = 0;
+};
+/// The standard error box of a routine.
+NamedBox errorBox(std::u16string_view routine);
 
 /// A command and what has to hold behind it, whatever call failed.
-struct FaultSweep {
-    /// A new machine, with everything set up for the command; it has instruments.
-    std::function<std::unique_ptr<TestRun>()> begin;
-    /// Runs the command; a HostError that comes out of it fails the test.
+///
+/// Each item, setting and file is as it was before the command or as the command leaves it when nothing fails. What may be left on the way besides is told by
+/// `Leftovers`. No item is lost, none is there twice.
+struct FaultSweep : Leftovers {
+    RunOptions options = {};  ///< of each turn's machine; its stores and instruments are the sweep's
+    bool team = false;        ///< with a second, public store; see `teamFolder`
+
+    /// Fills the stores and settings. In memory it runs in each turn; into files once, and each turn has a copy: what it makes is found again by name.
+    std::function<void(TestRun&)> prepare = [](TestRun&) {};
+    /// Brings up what stands open before the command, and all that ends with the machine.
+    std::function<void(TestRun&)> open = [](TestRun&) {};
     std::function<void(TestRun&)> command;
-    /// Looks at what the command left; no fault is active any more.
-    std::function<void(TestRun&, const SweptFault&)> check = [](TestRun&, const SweptFault&) {};
-    std::int32_t errorNumber = host::host_failure::Failed;  ///< of the faults that are errors
+
+    std::vector<NamedBox> boxes = {};  ///< all that may come
+    std::size_t errorBoxes = 1;        ///< how many of them may be standard error boxes
+    std::size_t lossBoxes = 1;         ///< the same where an object is lost: each routine with a guard that uses it says so
+    bool raises = false;               ///< the routine has no guard: the fault is its caller's
     /// Whether the number of windows behind the command fits the one before it.
     std::function<bool(std::size_t before, std::size_t after)> windowsFit = [](std::size_t before, std::size_t after) { return before == after; };
+    /// Looks at what else the command left; no fault is active any more.
+    std::function<void(TestRun&, const SweptFault&)> check = [](TestRun&, const SweptFault&) {};
+    std::int32_t errorNumber = host::host_failure::Failed;  ///< of the faults that are errors
 };
 
-namespace sweep_detail {
+/// The team's folder of templates in a sweep with a second store, made where it is missing.
+host::MAPIFolder teamFolder(const TestRun& run);
 
-/// Files that the command left in its local folder.
-inline std::vector<std::u16string> temporaryFiles(TestRun& run) {
-    const host::Files files = run.apartment().machine.files();
-    const std::u16string folder = files.GetTempPath() + u"Tolvenar\\Lorvane";
-    return files.FolderExists(folder) ? files.ListFiles(folder) : std::vector<std::u16string>{};
-}
+/// Which turns a test runs.
+struct SweptTurns {
+    StoreKind store = StoreKind::Memory;
+    FaultKind fault = FaultKind::Error;
+    std::size_t every = 1;  ///< 3 takes call 3, 6, 9 …
+};
+std::string nameOf(const SweptTurns& turns);
+/// Every call, with both kinds of fault, on both stores.
+std::vector<SweptTurns> everyCall();
 
-inline void runOnce(const FaultSweep& sweep, const SweptFault& fault) {
-    SCOPED_TRACE((fault.kind == FaultKind::Error ? "error at call " : "lost object at call ") + std::to_string(fault.n) + ": " + fault.line);
-    const std::unique_ptr<TestRun> run = sweep.begin();
-    const std::size_t windowsBefore = run->user().Windows().size();
-    run->faults().clear();
-    if (fault.kind == FaultKind::Error)
-        run->faults().failCall(fault.n, sweep.errorNumber);
-    else
-        run->faults().loseObjectAt(fault.n);
-    try {
-        sweep.command(*run);
-    } catch (const host::HostError& error) {
-        ADD_FAILURE() << "an error came out of the command: " << error.what();
-    }
-    EXPECT_GE(run->faults().failures(), 1U) << "the fault never struck";
-    run->faults().clear();
-    const std::size_t windowsAfter = run->user().Windows().size();
-    EXPECT_TRUE(fault.losesScreen() || sweep.windowsFit(windowsBefore, windowsAfter)) << windowsBefore << " windows before, " << windowsAfter << " behind";
-    const bool filesFailed = fault.isOf(u"Files") || fault.member == u"Files" || (fault.kind == FaultKind::LostObject && fault.isOf(u"Machine"));
-    EXPECT_TRUE(filesFailed || temporaryFiles(*run).empty()) << "temporary files are left";
-    sweep.check(*run, fault);
-}
+/// Runs the command once without a fault, to learn its calls and what it leaves, then once for each call that is to fail, each time on a new machine.
+void sweepFaults(const FaultSweep& sweep, const SweptTurns& turns);
 
-}  // namespace sweep_detail
+/// A sweep for each store and kind of fault.
+class SweepTest : public testing::TestWithParam<SweptTurns> {
+protected:
+    void run(const FaultSweep& sweep) { sweepFaults(sweep, GetParam()); }
+};
 
-/// Runs the command once without a fault, to learn its calls, then once for each call and kind of fault, each time on a new machine.
-/// After each: no error came out, the windows fit, no temporary file is left (but where the file service itself failed), and `check` holds.
-inline void sweepFaults(const FaultSweep& sweep) {
-    std::vector<instruments::RecordedCall> calls;
-    {
-        const std::unique_ptr<TestRun> run = sweep.begin();
-        run->recorder().clear();
-        run->faults().clear();
-        sweep.command(*run);
-        calls = run->recorder().calls();
-        ASSERT_EQ(calls.size(), run->faults().uses()) << "each call is seen by both instruments";
-    }
-    ASSERT_FALSE(calls.empty());
-    for (const FaultKind kind : {FaultKind::Error, FaultKind::LostObject}) {
-        for (std::size_t n = 1; n <= calls.size(); ++n) {
-            const instruments::RecordedCall& call = calls[n - 1];
-            sweep_detail::runOnce(sweep, {kind, n, call.className, call.member, instruments::lineText(call)});
-            if (testing::Test::HasFatalFailure()) return;
-        }
-    }
-}
+#define SWEEP_EACH_CALL(Suite) INSTANTIATE_TEST_SUITE_P(EachCall, Suite, testing::ValuesIn(everyCall()), [](const auto& turns) { return nameOf(turns.param); })
 
 }  // namespace lorvane::support

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
@@ -25,6 +26,14 @@ std::shared_ptr<mailstore::SettingsStore> orInMemory(std::shared_ptr<mailstore::
     return settings;
 }
 
+/// Made once for each locale: that takes longer than all else of a run.
+std::shared_ptr<const recordset::Collation> collationOf(const std::u16string& locale) {
+    static std::map<std::u16string, std::shared_ptr<const recordset::Collation>> known;
+    auto& collation = known[locale];
+    if (!collation) collation = std::make_shared<const recordset::Collation>(locale);
+    return collation;
+}
+
 /// The object without instruments: what a test sets up is not seen by them.
 template <class Facade>
 Facade own(const Facade& object) {
@@ -44,6 +53,7 @@ TestRun::TestRun(RunOptions options)
     : options_(std::move(options)), now_(dateTimeFromIso(options_.now)), settings_(orInMemory(options_.settings)), services_(serviceOptions()) {
     host_ = std::make_unique<model::ModelHost>(hostOptions());
     driver_ = std::make_unique<model::Driver>(*host_);
+    host_->registerClass(u"Lorvane.Connect", [] { return makeObject<Connect>(); });
     scope_ = std::make_unique<ApartmentScope>(seen(host_->machine()));
     if (options_.explorer) driver_->openExplorer();
     if (!options_.samples) privateFolder();
@@ -71,6 +81,7 @@ model::HostOptions TestRun::hostOptions() {
     model::HostOptions options(desktop_);
     options.version = options_.version;
     options.editor = options_.editor;
+    options.wordKind = options_.wordKind;
     options.commitDelay = options_.commitDelay;
     options.screen = makeObject<screen::ScriptedScreen>(windows_, user_);
     options.files = services_.files;
@@ -81,10 +92,11 @@ model::HostOptions TestRun::hostOptions() {
     options.region = services_.region;
     options.shell = services_.shell;
     options.clipboardContent = [this] { return model::PasteContent{clipboard().text(), clipboard().html()}; };
-    options.makeRecordset = [collation = std::make_shared<const recordset::Collation>(options_.locale)] { return recordset::makeRecordset(collation); };
+    options.setClipboardContent = [this](const model::PasteContent& content) { clipboard().replaceContent(content.text, content.htmlFormat); };
+    options.makeRecordset = [collation = collationOf(options_.locale)] { return recordset::makeRecordset(collation); };
     options.makeStream = recordset::makeStream;
+    if (!options_.store) options_.store = mailstore::makeMemoryStore(u"Personal Folders", privateStoreKind);
     options.defaultStore = options_.store;
-    if (!options.defaultStore) options.defaultStore = mailstore::makeMemoryStore(u"Personal Folders", privateStoreKind);
     return options;
 }
 

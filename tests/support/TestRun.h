@@ -29,11 +29,12 @@ struct RunOptions {
     std::u16string locale = u"en-US";
     std::u16string version = u"11.0.0.5510";
     model::EditorKind editor = model::EditorKind::Html;
-    std::uint32_t commitDelay = 0;  ///< event pumps
-    bool explorer = true;           ///< one is open from the start
-    bool connected = true;          ///< the host has loaded the add-in; else the routines find a running host and nothing more
-    bool samples = false;           ///< a first run, with the three samples; else the private folder is there already, and empty
-    bool instruments = false;       ///< recorder and fault injector stand in front of all that the add-in sees
+    model::EditorKind wordKind = model::EditorKind::Html;  ///< with Word as editor: the kind of new text
+    std::uint32_t commitDelay = 0;                         ///< event pumps
+    bool explorer = true;                                  ///< one is open from the start
+    bool connected = true;                                 ///< the host has loaded the add-in; else the routines find a running host and nothing more
+    bool samples = false;                                  ///< a first run, with the three samples; else the private folder is there already, and empty
+    bool instruments = false;                              ///< recorder and fault injector stand in front of all that the add-in sees
 
     std::shared_ptr<mailstore::MailStore> store = {};         ///< in memory where there is none; two runs may share one
     std::shared_ptr<mailstore::SettingsStore> settings = {};  ///< likewise
@@ -132,6 +133,8 @@ public:
     std::u16string setting(std::u16string_view key) const;  ///< "" where it was never written
     void setSetting(std::u16string_view key, std::u16string_view value) const;
     const services::Services& services() const { return services_; }
+
+    const mailstore::MailStore& store() const { return *options_.store; }  ///< the first store: what the host has saved in it
 
     // Only in a run with instruments.
     instruments::Recorder& recorder() { return recorder_; }
