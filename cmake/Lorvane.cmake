@@ -14,6 +14,9 @@ if(LORVANE_SANITIZE)
   target_compile_options(lorvane_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(lorvane_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(LORVANE_FUZZ)
+  target_compile_options(lorvane_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # lorvane_library(NAME ROOT SOURCES...): a static library whose headers are named from ROOT (src or platform), as "text/Tags.h".
 function(lorvane_library name root)
