@@ -12,6 +12,7 @@
 #include "host/Guards.h"
 #include "host/Locale.h"
 #include "host/TextFunctions.h"
+#include "host/UntoldErrors.h"
 #include "mime/MimeReader.h"
 #include "recordset/Collation.h"
 #include "recordset/Recordset.h"
@@ -261,6 +262,7 @@ mailstore::ItemRecord Run::readMessage(const std::string& file, const Bytes& byt
 }
 
 bool Run::sawError() const {
+    if (apartment().state<UntoldErrors>().count != untoldBefore_) return true;
     const auto& boxes = user_.Boxes();
     return std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(firstBox_), boxes.end(), [](const auto& box) {
         const bool aside = box.title.starts_with(u"modTemplateLog.") || box.title.starts_with(u"basAttachments.RemoveAttachmentsFromTemp");
@@ -280,6 +282,7 @@ bool Run::sawBox() const {
 
 void Run::forgetBoxes() {
     firstBox_ = user_.Boxes().size();
+    untoldBefore_ = apartment().state<UntoldErrors>().count;
 }
 
 }  // namespace lorvane::cli

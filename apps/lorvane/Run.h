@@ -81,8 +81,8 @@ public:
     mailstore::ItemRecord readMessage(const std::string& file, const host::Bytes& bytes) const;
     /// Counts up from run to run of the same command line where the clock stands, so that output stays the same; else unique.
     std::string newMessageId();
-    /// True where the standard error box of a command's own steps was shown since the last call of `forgetBoxes`; the usage log and the clean-up of temporary
-    /// files are none of them.
+    /// True where the standard error box of a command's own steps was shown, or could not be, since the last call of `forgetBoxes`; the usage log and the
+    /// clean-up of temporary files are none of them.
     bool sawError() const;
     bool sawRefusal() const;  ///< a message of the add-in that access was denied
     bool sawBox() const;      ///< any message box since then
@@ -98,6 +98,7 @@ private:
     StoreFiles files_;
     std::uint32_t messageIds_ = 0;
     std::size_t firstBox_ = 0;
+    std::int32_t untoldBefore_ = 0;
     screen::Desktop desktop_;
     screen::WindowList windows_;
     screen::ScriptedUser user_;

@@ -58,9 +58,16 @@ void Form::load() {
 void Form::Show(bool modal) {
     const Object keepAlive(this);
     load();
+    const bool wasVisible = visible_;
     visible_ = true;
     activated_ = false;
-    apartment().machine.screen().Show(*this, modal);
+    try {
+        apartment().machine.screen().Show(*this, modal);
+    } catch (const HostError&) {
+        // A window that did not come up does not count as shown.
+        if (!wasVisible) ignoringErrors([&] { Hide(); });
+        throw;
+    }
 }
 
 void Form::activate() {

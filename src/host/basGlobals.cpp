@@ -2,6 +2,7 @@
 
 #include "host/Guards.h"
 #include "host/TextFunctions.h"
+#include "host/UntoldErrors.h"
 
 namespace lorvane::host {
 
@@ -57,7 +58,8 @@ std::int32_t MessageBox4Word(std::u16string_view text, std::int32_t style, std::
 void showStandardError(std::u16string_view routine, const HostError& error) {
     const std::u16string text = u"Error " + decimal(error.number()) + u": " + error.description();
     // A box that cannot be shown is no reason for the guarded routine to fail after all.
-    ignoringErrors([&] { MessageBox4Word(text, msgbox::Critical, std::u16string(routine) + u" - " + apartment().title); });
+    if (!ignoringErrors([&] { MessageBox4Word(text, msgbox::Critical, std::u16string(routine) + u" - " + apartment().title); }))
+        ++apartment().state<UntoldErrors>().count;
 }
 
 void InitializeRDOSession() {

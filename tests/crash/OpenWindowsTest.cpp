@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <algorithm>
 
@@ -102,6 +103,7 @@ class InTheMiddle {
 public:
     explicit InTheMiddle(const PreparedStore& prepared)
         : program_([&prepared](const OtherProgram::Pause& pause) {
+              ::setenv("TMPDIR", prepared.folder().c_str(), 1);  // goes with the test, though nobody clears up
               const RunOverFile over(prepared.path());
               const host::MailItem mail = openTheDraft(over.run()).CurrentItem();
               over.run().type(caretMarker);

@@ -74,7 +74,7 @@ FaultSweep clickOn(std::u16string_view control) {
 constexpr auto chooserMayGo = [](std::size_t before, std::size_t after) { return after == before || after == before - 1; };
 
 class ChooserSweepTest : public SweepTest {};
-SWEEP_EACH_CALL(ChooserSweepTest);
+SWEEP_CALLS(ChooserSweepTest);
 
 FaultSweep opening() {
     FaultSweep sweep;

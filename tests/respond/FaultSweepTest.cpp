@@ -151,7 +151,7 @@ class FaultSweepTest : public SweepTest {
 protected:
     void insert(const Insertion& insertion) { run(sweepOf(insertion)); }
 };
-SWEEP_EACH_CALL(FaultSweepTest);
+SWEEP_CALLS(FaultSweepTest);
 
 TEST_P(FaultSweepTest, AnHtmlMailWithFormat) {
     insert({.text = html(bodyWith(u"")), .caret = 6, .bodies = {bodyWith(caretMarker), bodyWith(u"<B>Dear</B> John"), bodyWith(u"<B>Dear</B> [FirstName]")}});

@@ -207,11 +207,11 @@ std::string nameOf(const SweptTurns& turns) {
     return turns.every == 1 ? name : name + "Every" + std::to_string(turns.every);
 }
 
-std::vector<SweptTurns> everyCall() {
-    std::vector<SweptTurns> all;
-    for (const StoreKind store : {StoreKind::Memory, StoreKind::Sqlite})
-        for (const FaultKind fault : {FaultKind::Error, FaultKind::LostObject}) all.push_back({store, fault, 1});
-    return all;
+std::vector<SweptTurns> sweptTurns() {
+    return {{StoreKind::Memory, FaultKind::Error, 1},
+            {StoreKind::Memory, FaultKind::LostObject, 1},
+            {StoreKind::Sqlite, FaultKind::Error, 3},
+            {StoreKind::Sqlite, FaultKind::LostObject, 3}};
 }
 
 void sweepFaults(const FaultSweep& sweep, const SweptTurns& turns) {

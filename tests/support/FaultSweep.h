@@ -15,7 +15,7 @@
 /// Lets each host call of a command fail, one after the other, and compares what is left with what the command says.
 ///
 ///     class MySweep : public SweepTest {};
-///     SWEEP_EACH_CALL(MySweep);
+///     SWEEP_CALLS(MySweep);
 ///     TEST_P(MySweep, Opening) {
 ///         FaultSweep sweep;
 ///         sweep.prepare = [](TestRun& run) { run.addTemplate(u"Offer", plain(u"Text")); };
@@ -85,8 +85,8 @@ struct SweptTurns {
     std::size_t every = 1;  ///< 3 takes call 3, 6, 9 …
 };
 std::string nameOf(const SweptTurns& turns);
-/// Every call, with both kinds of fault, on both stores.
-std::vector<SweptTurns> everyCall();
+/// Both kinds of fault: at every call on the store in memory, at every third on the one in a file, where a turn takes several times as long.
+std::vector<SweptTurns> sweptTurns();
 
 /// Runs the command once without a fault, to learn its calls and what it leaves, then once for each call that is to fail, each time on a new machine.
 void sweepFaults(const FaultSweep& sweep, const SweptTurns& turns);
@@ -97,6 +97,6 @@ protected:
     void run(const FaultSweep& sweep) { sweepFaults(sweep, GetParam()); }
 };
 
-#define SWEEP_EACH_CALL(Suite) INSTANTIATE_TEST_SUITE_P(EachCall, Suite, testing::ValuesIn(everyCall()), [](const auto& turns) { return nameOf(turns.param); })
+#define SWEEP_CALLS(Suite) INSTANTIATE_TEST_SUITE_P(Calls, Suite, testing::ValuesIn(sweptTurns()), [](const auto& turns) { return nameOf(turns.param); })
 
 }  // namespace lorvane::support

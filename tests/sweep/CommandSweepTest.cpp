@@ -144,13 +144,15 @@ TEST_P(CommandSweep, Templates) {
 }
 
 TEST_P(ChooserCommandSweep, TemplatesSearched) {
-    run(swept([](const RunOptions& run, const Files&) {
+    SweptCommand command = swept([](const RunOptions& run, const Files&) {
         TemplatesOptions options;
         options.search = "bo";
         options.category = "Letters";
         options.json = true;
         return runTemplates(run, options);
-    }));
+    });
+    command.mayAlsoGive = [](const Ended& ended) { return ended.out == "[]\n"; };
+    run(command);
 }
 
 TEST_P(CommandSweep, TemplateAdd) {

@@ -10,7 +10,7 @@ namespace {
 using namespace host;
 
 class ConnectionSweep : public SweepTest {};
-SWEEP_EACH_CALL(ConnectionSweep);
+SWEEP_CALLS(ConnectionSweep);
 
 /// A sample on its way: saved into Drafts, and not moved.
 bool isSample(const PlacedItem& item) {

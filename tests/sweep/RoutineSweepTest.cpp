@@ -15,7 +15,7 @@ namespace {
 using namespace host;
 
 class RoutineSweep : public SweepTest {};
-SWEEP_EACH_CALL(RoutineSweep);
+SWEEP_CALLS(RoutineSweep);
 
 /// The add-in's own object, as another instance reaches it.
 Object byName() {
