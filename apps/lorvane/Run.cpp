@@ -210,6 +210,7 @@ void Run::connect() {
 
 Run::~Run() {
     ignoringErrors([&] { implementation<Connect>(connect_)->AddinInstance_OnDisconnection(0); });
+    for (const std::u16string& error : apartment().state<UntoldErrors>().texts) tell(error);
     if (!recorder_) return;
     log_ << recorder_->text() << std::flush;
     if (!log_) tell("lorvane: the log could not be written whole");
@@ -262,7 +263,7 @@ mailstore::ItemRecord Run::readMessage(const std::string& file, const Bytes& byt
 }
 
 bool Run::sawError() const {
-    if (apartment().state<UntoldErrors>().count != untoldBefore_) return true;
+    if (apartment().state<UntoldErrors>().texts.size() != untoldBefore_) return true;
     const auto& boxes = user_.Boxes();
     return std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(firstBox_), boxes.end(), [](const auto& box) {
         const bool aside = box.title.starts_with(u"modTemplateLog.") || box.title.starts_with(u"basAttachments.RemoveAttachmentsFromTemp");
@@ -282,7 +283,7 @@ bool Run::sawBox() const {
 
 void Run::forgetBoxes() {
     firstBox_ = user_.Boxes().size();
-    untoldBefore_ = apartment().state<UntoldErrors>().count;
+    untoldBefore_ = apartment().state<UntoldErrors>().texts.size();
 }
 
 }  // namespace lorvane::cli

@@ -98,7 +98,7 @@ private:
     StoreFiles files_;
     std::uint32_t messageIds_ = 0;
     std::size_t firstBox_ = 0;
-    std::int32_t untoldBefore_ = 0;
+    std::size_t untoldBefore_ = 0;
     screen::Desktop desktop_;
     screen::WindowList windows_;
     screen::ScriptedUser user_;

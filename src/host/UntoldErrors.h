@@ -1,12 +1,13 @@
 #pragma once
 
-#include <cstdint>
+#include <string>
+#include <vector>
 
 namespace lorvane::host {
 
-/// Errors whose standard box could not be shown. Who runs the add-in without anybody before the screen asks here whether something failed unseen.
+/// Errors whose standard box could not be shown, each as its title and text. Who runs the add-in asks here whether something failed unseen.
 struct UntoldErrors {
-    std::int32_t count = 0;
+    std::vector<std::u16string> texts;
 };
 
 }  // namespace lorvane::host

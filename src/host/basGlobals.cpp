@@ -57,9 +57,9 @@ std::int32_t MessageBox4Word(std::u16string_view text, std::int32_t style, std::
 
 void showStandardError(std::u16string_view routine, const HostError& error) {
     const std::u16string text = u"Error " + decimal(error.number()) + u": " + error.description();
+    const std::u16string title = std::u16string(routine) + u" - " + apartment().title;
     // A box that cannot be shown is no reason for the guarded routine to fail after all.
-    if (!ignoringErrors([&] { MessageBox4Word(text, msgbox::Critical, std::u16string(routine) + u" - " + apartment().title); }))
-        ++apartment().state<UntoldErrors>().count;
+    if (!ignoringErrors([&] { MessageBox4Word(text, msgbox::Critical, title); })) apartment().state<UntoldErrors>().texts.push_back(title + u": " + text);
 }
 
 void InitializeRDOSession() {
