@@ -24,6 +24,8 @@ def answer(door, received):
 
 
 def main():
+    if len(sys.argv) < 4:
+        sys.exit(__doc__)
     file, subject, command = sys.argv[1], sys.argv[2], sys.argv[3:]
     with open(file, "rb") as stream:
         message = stream.read()

@@ -37,6 +37,8 @@ def new_mail(door, to):
 
 
 def main():
+    if len(sys.argv) < 3:
+        sys.exit(__doc__)
     subject, command = sys.argv[1], sys.argv[2:]
     with Door.start(command) as door:
         inspector = new_mail(door, "John Public <john@example.com>")

@@ -22,6 +22,8 @@ def make_template(door, folder, subject, html, category):
 
 
 def main():
+    if len(sys.argv) < 3:
+        sys.exit(__doc__)
     source, command = pathlib.Path(sys.argv[1]), sys.argv[2:]
     files = sorted(source.glob("*.html"))
     with Door.start(command) as door:

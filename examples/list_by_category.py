@@ -18,6 +18,8 @@ def templates(door):
 
 
 def main():
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
     by_category = {}
     with Door.start(sys.argv[1:]) as door:
         for subject, categories in templates(door):
