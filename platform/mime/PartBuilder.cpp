@@ -75,8 +75,39 @@ std::string contentDigest(std::string_view bytes) {
     return hexOf(hashOf(bytes));
 }
 
+namespace {
+
+bool beginsWithLineEnd(std::string_view text) noexcept {
+    return text.starts_with('\r') || text.starts_with('\n');
+}
+
+/// The boundary line behind a part: the next part's, or the last one of the multipart. Null for a message as a whole.
+std::string* boundaryBehind(const Entity& part) noexcept {
+    if (!part.parent) return nullptr;
+    auto& siblings = part.parent->children;
+    const auto next = std::find_if(siblings.begin(), siblings.end(), [&](const Part& sibling) { return sibling.get() == &part; }) + 1;
+    return next == siblings.end() ? &part.parent->closing : &(*next)->delimiter;
+}
+
+/// A line of a field that lost the blank in front of it is known by the field behind it: as the last line of a header it needs the blank.
+void mendLastFold(std::string& raw) {
+    const std::size_t before = raw.size() < 2 ? std::string::npos : raw.rfind('\n', raw.size() - 2);
+    if (before == std::string::npos) return;
+    if (raw[before + 1] != ' ' && raw[before + 1] != '\t') raw.insert(before + 1, 1, ' ');
+}
+
+}  // namespace
+
+void PartBuilder::endField(std::string& raw) const {
+    if (!raw.ends_with('\n')) raw += newline_;
+    mendLastFold(raw);
+}
+
+/// A part that had nothing in it may lack the line ends around it: that of its boundary where the message was cut off there, and that of the next boundary.
 void PartBuilder::endHeader(Entity& entity) const {
-    if (!entity.fields.empty() && !entity.fields.back().raw.ends_with('\n')) entity.fields.back().raw += newline_;
+    if (!entity.delimiter.empty() && !entity.delimiter.ends_with('\n')) entity.delimiter += newline_;
+    if (std::string* behind = boundaryBehind(entity); behind && !behind->empty() && !beginsWithLineEnd(*behind)) behind->insert(0, newline_);
+    if (!entity.fields.empty()) endField(entity.fields.back().raw);
     if (entity.separator.empty()) entity.separator = newline_;
 }
 
@@ -176,7 +207,7 @@ void PartBuilder::append(Entity& multipart, Part part) const {
     if (multipart.closing.empty()) multipart.closing = newline_ + "--" + multipart.boundary + "--" + newline_;
     // A closing line that follows the last part at once, without an empty line for itself, still needs one of its own.
     part->delimiter = newline_ + "--" + multipart.boundary + newline_;
-    if (!multipart.closing.starts_with('\r') && !multipart.closing.starts_with('\n')) multipart.closing.insert(0, newline_);
+    if (!beginsWithLineEnd(multipart.closing)) multipart.closing.insert(0, newline_);
     multipart.append(std::move(part));
 }
 

@@ -44,6 +44,7 @@ public:
 
 private:
     void endHeader(Entity& entity) const;
+    void endField(std::string& raw) const;  // the last of a header
     void dropMeasures(Entity& entity) const;
     void fillText(Entity& leaf, std::string_view type, std::u16string_view text) const;
     void setParts(Entity& entity, std::string_view subtype, std::vector<Part> parts) const;

@@ -322,5 +322,36 @@ TEST(Original, AMessageThatWasCutOffGetsAnEndOnceAPartIsAdded) {
     EXPECT_EQ(testing::dataOf(back.attachments.at(0)), "data");
 }
 
+TEST(Original, APartWithNothingInItTakesAnotherBody) {
+    const std::string start = crlf("Content-Type: multipart/alternative; boundary=b\n\n--b\n");
+    for (const std::string_view rest : {"--b\r\nContent-Type: text/html", "--b\r\nContent-Type: text/html\r\n\r\n<b>old</b>\r\n--b--\r\n", "--b--\r\n"}) {
+        ItemRecord item = read(start + std::string(rest));
+        setBody(item, BodyKind::Html, u"<b>other</b>");
+        const ItemRecord again = read(write(item));
+        EXPECT_EQ(again.body, u"<b>other</b>") << rest;
+        EXPECT_TRUE(again.attachments.empty()) << rest;
+    }
+}
+
+TEST(Original, AFoldWithoutItsBlankStaysAFoldWhenTheFieldBehindItGoes) {
+    for (const std::string_view last : {"Content-Type: text/plain", "Content-Type: text/plain\r\n", "Content-Type: text/plain\r\n\r\nold\r\n"}) {
+        ItemRecord item = read("Content-Type: text/plain\r\nSubject: one\r\ntwo\r\n" + std::string(last));
+        setBody(item, BodyKind::Plain, u"other");
+        const ItemRecord again = read(write(item));
+        EXPECT_EQ(again.body, u"other") << last;
+        EXPECT_EQ(again.head.subject, u"one two") << last;
+    }
+}
+
+TEST(Original, AMessageThatWasCutOffBehindABoundaryTakesAnotherBody) {
+    for (const std::string_view start : {"", "\r\nin front\r\n"}) {
+        ItemRecord item = read("Content-Type: multipart/mixed; boundary=b\r\n" + std::string(start) + "--b");
+        setBody(item, BodyKind::Html, u"<b>other</b>");
+        const ItemRecord again = read(write(item));
+        EXPECT_EQ(again.body, u"<b>other</b>");
+        EXPECT_TRUE(again.attachments.empty());
+    }
+}
+
 }  // namespace
 }  // namespace lorvane::mime
