@@ -8,6 +8,7 @@
 
 #include "instruments/FakeItem.h"
 #include "instruments/Mailbox.h"
+#include "support/ThisThread.h"
 
 namespace lorvane::instruments::test {
 namespace {
@@ -22,7 +23,7 @@ using host::Variant;
 class Placed final : public host::Dispatch {
 public:
     struct Log {
-        std::vector<std::thread::id> uses, ends;
+        std::vector<const void*> uses, ends;
         std::function<Variant(Placed&, host::Args)> act;
     };
     explicit Placed(std::shared_ptr<Log> log) : log_(std::move(log)) {}
@@ -32,18 +33,18 @@ public:
     void put(Member, const Variant&, host::Args args) override { use(args); }
     Variant call(Member, host::Args args) override { return use(args); }
     host::Subscription advise(std::weak_ptr<host::EventSink> sink) override {
-        log_->uses.push_back(std::this_thread::get_id());
+        log_->uses.push_back(support::thisThread());
         return events.advise(std::move(sink));
     }
 
     host::EventSource events;
 
 protected:
-    ~Placed() override { log_->ends.push_back(std::this_thread::get_id()); }
+    ~Placed() override { log_->ends.push_back(support::thisThread()); }
 
 private:
     Variant use(host::Args args) {
-        log_->uses.push_back(std::this_thread::get_id());
+        log_->uses.push_back(support::thisThread());
         return log_->act ? log_->act(*this, args) : Variant();
     }
     std::shared_ptr<Log> log_;
@@ -64,8 +65,8 @@ protected:
         other.join();
         marshal.serve();
     }
-    bool isHome(const std::vector<std::thread::id>& threads, std::size_t count) const {
-        return threads == std::vector<std::thread::id>(count, std::this_thread::get_id());
+    bool isHome(const std::vector<const void*>& threads, std::size_t count) const {
+        return threads == std::vector<const void*>(count, support::thisThread());
     }
 
     Marshal marshal;
@@ -145,15 +146,15 @@ TEST_F(MarshalTest, EventsAreToldOnTheSinksThread) {
     };
     onAnotherThread([&] {
         const auto sink = std::make_shared<FakeSink>();
-        std::vector<std::thread::id> heard;
+        std::vector<const void*> heard;
         sink->heard = [&](Member, host::Args args) {
-            heard.push_back(std::this_thread::get_id());
+            heard.push_back(support::thisThread());
             EXPECT_TRUE(args[0].value().toObject().dispatch()->memberNamed(u"Subject"));
             args[1].assign(true);
         };
         const host::Subscription connection = carried.advise(sink);
         EXPECT_EQ(carried.call(Member::Close), Variant(true));
-        EXPECT_EQ(heard, std::vector<std::thread::id>{std::this_thread::get_id()});
+        EXPECT_EQ(heard, std::vector<const void*>{support::thisThread()});
     });
     EXPECT_TRUE(isHome(log->uses, 2));
 }
@@ -216,7 +217,7 @@ TEST_F(MarshalTest, ThreadsThatCallEachOtherGetTheirAnswers) {
         theirLog->act = answer;
         log->act = [&](Placed&, host::Args) { return theirs.get(Member::Subject); };
         EXPECT_EQ(carried.get(Member::Subject), Variant(7));
-        EXPECT_EQ(theirLog->uses, std::vector<std::thread::id>{std::this_thread::get_id()});
+        EXPECT_EQ(theirLog->uses, std::vector<const void*>{support::thisThread()});
         log->act = nullptr;
     });
 }

@@ -9,6 +9,7 @@
 #include "model/Driver.h"
 #include "model/ModelHost.h"
 #include "model/ModelMembers.h"
+#include "support/ThisThread.h"
 
 /// The host as a program on another thread has it: through objects that are carried over.
 namespace lorvane::model {
@@ -19,10 +20,10 @@ using host::Object;
 using host::Variant;
 
 struct Listener final : host::EventSink {
-    std::vector<std::thread::id> heard;
+    std::vector<const void*> heard;
     std::vector<std::u16string> subjects;
     void onEvent(Member, host::Args args) override {
-        heard.push_back(std::this_thread::get_id());
+        heard.push_back(support::thisThread());
         subjects.push_back(host::Inspector(host::argumentAt(args, 0).toObject()).CurrentItem().Subject());
     }
 };
@@ -94,7 +95,7 @@ TEST_F(OtherThreads, TheyHearTheHostsEventsOnTheirOwnThread) {
         const host::MailItem mail = application.CreateItem(0);
         mail.Subject(u"Seen");
         mail.Display();
-        EXPECT_EQ(listener->heard, std::vector<std::thread::id>{std::this_thread::get_id()});
+        EXPECT_EQ(listener->heard, std::vector<const void*>{support::thisThread()});
         EXPECT_EQ(listener->subjects, std::vector<std::u16string>{u"Seen"});
     });
     EXPECT_EQ(host::Application(model->application()).Inspectors().Count(), 1);

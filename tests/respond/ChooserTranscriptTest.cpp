@@ -11,6 +11,13 @@ namespace {
 
 using namespace host;
 
+/// Without what the add-in does for a window of the host that the chooser's last call opens.
+std::string untilAWindowOpens(const std::string& log) {
+    constexpr std::string_view display = "call MailItem.Display\n";
+    const std::size_t at = log.find(display);
+    return at == std::string::npos ? log : log.substr(0, at + display.size());
+}
+
 class ChooserTranscriptTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -29,7 +36,7 @@ protected:
             she.Select(chooserName, u"lstEmails", 1);
             run.recorder().clear();
             act(she);
-            expectGolden(std::filesystem::path("respond/golden") / golden, comparableLog(run.recorder().text(), folders_));
+            expectGolden(std::filesystem::path("respond/golden") / golden, untilAWindowOpens(comparableLog(run.recorder().text(), folders_)));
         });
     }
     void expectClick(std::string_view golden, std::u16string_view button) {

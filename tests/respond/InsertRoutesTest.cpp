@@ -1,30 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
-
-#include "InsertRig.h"
+#include "Routes.h"
 
 /// Which way a template's text travels: by the open item's editor, the button, the template's text and the host's version.
 namespace lorvane::support {
 namespace {
 
 using namespace host;
-
-enum class Way { Clipboard, HtmlSplice, PlainSplice };
-
-struct Route {
-    std::string_view name;
-    BodyText item, offer;
-    std::u16string_view button;
-    Way way;
-};
-
-void PrintTo(const Route& route, std::ostream* stream) {
-    *stream << route.name;
-}
-
-const BodyText plainItem = plain(u"ab"), htmlItem = html(document(u"ab")), richItem = rich(u"ab");
-const BodyText plainOffer = plain(u"Dear [FirstName]"), htmlOffer = html(document(u"<B>Dear</B> [FirstName]")), richOffer = rich(u"Dear [FirstName]");
 
 const Route routes[] = {
     {"plain mail, text, plain template", plainItem, plainOffer, insertText, Way::Clipboard},

@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
 
-#include "InsertRig.h"
+#include "Routes.h"
 #include "respond/TextInsert.h"
 
 /// Insertion into items that Word edits.
@@ -14,23 +13,6 @@ using namespace host;
 using mailstore::BodyKind;
 
 constexpr std::u16string_view pasteKeys = u"^v";
-
-/// How a template reaches the item behind the look at the caret.
-enum class Way { Clipboard, WordPaste, HtmlSplice, PlainSplice };
-
-struct Route {
-    std::string_view name;
-    BodyText item, offer;
-    std::u16string_view button;
-    Way way;  ///< below 12
-};
-
-void PrintTo(const Route& route, std::ostream* stream) {
-    *stream << route.name;
-}
-
-const BodyText plainItem = plain(u"ab"), htmlItem = html(document(u"ab")), richItem = rich(u"ab");
-const BodyText plainOffer = plain(u"Dear [FirstName]"), htmlOffer = html(document(u"<B>Dear</B> [FirstName]")), richOffer = rich(u"Dear [FirstName]");
 
 const Route routes[] = {
     {"plain mail, text, plain template", plainItem, plainOffer, insertText, Way::Clipboard},
