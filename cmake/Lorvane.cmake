@@ -25,12 +25,12 @@ function(lorvane_library name root)
   target_link_libraries(${name} PUBLIC lorvane_flags)
 endfunction()
 
-# lorvane_test(NAME LIBRARIES... SOURCES files...): one GoogleTest program, each case known to CTest.
+# lorvane_test(NAME [PREFIX text] LIBRARIES... SOURCES files...): one GoogleTest program, each case known to CTest, with the prefix in front of its name.
 function(lorvane_test name)
-  cmake_parse_arguments(ARG "" "" "LIBRARIES;SOURCES" ${ARGN})
+  cmake_parse_arguments(ARG "" "PREFIX" "LIBRARIES;SOURCES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gtest_main lorvane_flags)
   target_compile_definitions(${name} PRIVATE LORVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+  gtest_discover_tests(${name} TEST_PREFIX "${ARG_PREFIX}" DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
 endfunction()

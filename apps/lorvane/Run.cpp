@@ -9,6 +9,7 @@
 
 #include "ExitStatus.h"
 #include "Streams.h"
+#include "host/AddIn.h"
 #include "host/Guards.h"
 #include "host/Locale.h"
 #include "host/TextFunctions.h"
@@ -168,13 +169,7 @@ Run::Run(const RunOptions& options, const RunParts& parts)
     hostOptions.accountName = account_.name;
     hostOptions.accountAddress = account_.address;
     hostOptions.screen = makeObject<screen::ScriptedScreen>(windows_, parts.user ? *parts.user : user_);
-    hostOptions.files = services_->files;
-    hostOptions.settings = services_->settings;
-    hostOptions.clock = services_->clock;
-    hostOptions.environment = services_->environment;
-    hostOptions.clipboard = services_->clipboard;
-    hostOptions.region = services_->region;
-    hostOptions.shell = services_->shell;
+    hostOptions.services = *services_;
     hostOptions.clipboardContent = [this] { return model::PasteContent{services_->clipboardContent().text(), services_->clipboardContent().html()}; };
     hostOptions.setClipboardContent = [this](const model::PasteContent& content) {
         services_->clipboardContent().replaceContent(content.text, content.htmlFormat);
@@ -198,18 +193,17 @@ Run::Run(const RunOptions& options, const RunParts& parts)
         application_ = recorder_->decorate(application_);
     }
     apartment_ = std::make_unique<ApartmentScope>(machine);
-    connect_ = makeObject<Connect>();
-    host_->registerClass(u"Lorvane.Connect", [connect = connect_] { return connect; });
+    connect_ = makeAddIn();
     if (!options.noExplorer) driver_->openExplorer();
     if (parts.connects) connect();
 }
 
 void Run::connect() {
-    implementation<Connect>(connect_)->AddinInstance_OnConnection(application_, 0, addInInst_);
+    host_->loadAddIn(connect_, application_, addInInst_);
 }
 
 Run::~Run() {
-    ignoringErrors([&] { implementation<Connect>(connect_)->AddinInstance_OnDisconnection(0); });
+    ignoringErrors([&] { host_->unloadAddIn(); });
     for (const std::u16string& error : apartment().state<UntoldErrors>().texts) tell(error);
     if (!recorder_) return;
     log_ << recorder_->text() << std::flush;

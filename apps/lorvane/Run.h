@@ -9,7 +9,6 @@
 
 #include "RunOptions.h"
 #include "host/Apartment.h"
-#include "host/Connect.h"
 #include "instruments/Recorder.h"
 #include "mailstore/ItemRecord.h"
 #include "mailstore/SqliteStore.h"

@@ -86,6 +86,9 @@ public:
     void TypeText(std::u16string_view text);
     void SelectText(const host::Object& inspector, std::int32_t start, std::int32_t length);
 
+    void ClickBar(const host::Object& window, std::u16string_view path);  ///< "Bar/Popup/Caption"
+    host::Variant Bars(const host::Object& window) const;
+
     // What comes from outside.
     host::Object Receive(const host::Variant& message);
     void AddContact(const host::Object& fields);
@@ -105,7 +108,7 @@ public:
     void CommitDelay(std::int32_t pumps);
 
 private:
-    void requireInput(const host::Object& window) const;
+    void requireInput(const host::Object& window) const;  ///< of the host; error 13 for anything else, error 5 where it is covered
     host::Object seen(const host::Object& object) const { return machine_.instruments.decorate(object); }
     VirtualClock& virtualClock() const;
     void closeHostWindow(const host::Object& window);

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "automation/BarRecords.h"
 #include "automation/Person.h"
 #include "automation/Records.h"
 #include "host/TextFunctions.h"
@@ -127,6 +128,16 @@ void Person::SelectText(const Object& inspector, std::int32_t start, std::int32_
     requireInput(inspector);
     if (start < 0 || length < 0) refuse(u"A selection begins at 0 or behind it, and has a length of 0 or more.");
     machine_.driver.select(inspector, static_cast<std::size_t>(start), static_cast<std::size_t>(length));
+}
+
+void Person::ClickBar(const Object& window, std::u16string_view path) {
+    requireInput(window);
+    machine_.onAct(std::u16string(u"act ClickBar ").append(path));
+    machine_.driver.clickBar(window, path);
+}
+
+Variant Person::Bars(const Object& window) const {
+    return barRecords(machine_.driver.bars(window));
 }
 
 Object Person::Receive(const Variant& message) {

@@ -30,6 +30,10 @@ constexpr PersonRow rows[] = {
                              "lays answers ready, a number or a list, for boxes to come, one each; an answer whose box lacks the button is lost"),
     row<&Person::Boxes>(u"Boxes", u"", "every message box so far: `title`, `text`, `style`, `answer` (null while it is up)"),
     row<&Person::Windows>(u"Windows", u"", "the open windows from back to front: `name` (empty for one of the host), `caption`, `modal`"),
+    row<&Person::ClickBar>(u"ClickBar", u"window, path",
+                           "clicks a control in the command bars of an Explorer or Inspector, given as its object: \"Bar/Popup/Caption\", in any case, without "
+                           "\"&\". The window comes to the front first"),
+    row<&Person::Bars>(u"Bars", u"window", "the command bars of an Explorer or Inspector, with all their controls"),
     row<&Person::ChooseMenu>(u"ChooseMenu", u"caption", "chooses in the menu that is up, by caption (without \"&\") or name; an empty caption closes it"),
     row<&Person::PickFile>(u"PickFile", u"path", "the answer of the next file dialog; no window has one yet, so it is always error 5"),
     row<&Person::OpenItem>(u"OpenItem", u"entryID, [storeID]", "opens an item; gives its Inspector, in front"),

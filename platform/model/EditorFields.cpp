@@ -163,7 +163,7 @@ void EditorFields::moveFocus(bool back) {
 }
 
 bool EditorFields::copySelection() {
-    const host::Object& clipboard = item_.core().options.clipboard;
+    const host::Object& clipboard = item_.core().options.services.clipboard;
     if (!clipboard || focused().selectionLength() == 0) return false;
     clipboard.call(host::Member::SetText, {focused().selectedText()});
     return true;

@@ -46,7 +46,7 @@ mailstore::BodyKind HostCore::newTextKind() const noexcept {
 }
 
 host::DateTime HostCore::now() const {
-    return options.clock ? options.clock.call(host::Member::Now).toDate() : host::DateTime{};
+    return options.services.clock ? options.services.clock.call(host::Member::Now).toDate() : host::DateTime{};
 }
 
 std::shared_ptr<OpenStore> HostCore::findStore(std::u16string_view storeId) const {
@@ -93,8 +93,8 @@ std::shared_ptr<ItemState> HostCore::itemFromId(std::u16string_view entryId, std
         }
         auto located = store->find(id);
         if (!located) continue;
-        store->requireRead(located->folderId);
-        return std::make_shared<ItemState>(shared_from_this(), store, std::move(located->folderId), std::move(located->head));
+        store->requireRead(located.folderId());
+        return std::make_shared<ItemState>(shared_from_this(), store, std::move(located));
     }
     raiseNotFound();
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/Object.h"
+#include "host/ServiceObjects.h"
 #include "mailstore/MailStore.h"
 #include "screen/Desktop.h"
 
@@ -35,8 +36,8 @@ struct HostOptions {
     std::u16string accountName = u"Lorvane User";
     std::u16string accountAddress = u"user@localhost";
 
-    /// The services that the machine hands out as they are.
-    host::Object screen, files, settings, clock, environment, clipboard, region, shell;
+    host::Object screen;  ///< with `services` what the machine hands out as it is
+    host::ServiceObjects services;
     std::function<PasteContent()> clipboardContent;                ///< nothing to paste where it is not given
     std::function<void(const PasteContent&)> setClipboardContent;  ///< replaces all that lies there; nothing is copied where it is not given
     std::function<host::Object()> makeRecordset;                   ///< a new "ADODB.Recordset"; error 429 where it is not given

@@ -50,19 +50,19 @@ protected:
             case Member::Screen:
                 return options.screen;
             case Member::Files:
-                return options.files;
+                return options.services.files;
             case Member::Settings:
-                return options.settings;
+                return options.services.settings;
             case Member::Clock:
-                return options.clock;
+                return options.services.clock;
             case Member::Environment:
-                return options.environment;
+                return options.services.environment;
             case Member::Clipboard:
-                return options.clipboard;
+                return options.services.clipboard;
             case Member::Region:
-                return options.region;
+                return options.services.region;
             case Member::Shell:
-                return options.shell;
+                return options.services.shell;
             default:
                 raiseUnknown(member);
         }

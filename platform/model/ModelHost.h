@@ -34,9 +34,16 @@ public:
     /// What `Application.CreateObject` makes for a ProgID (any case); a second factory of a ProgID takes the place of the first.
     void registerClass(std::u16string progId, std::function<host::Object()> factory);
 
+    /// Loads an add-in: its connection class is what `CreateObject` gives for its ProgID from now on, and hears of the connection, by name. The host's own
+    /// object and its entry for the add-in are handed out as given, since something may stand in front of them. An error of the add-in is its caller's.
+    void loadAddIn(const host::Object& connection, const host::Object& application, const host::Object& addInInst);
+    /// Tells the add-in that it is unloaded, and lets it go; nothing where none is loaded.
+    void unloadAddIn();
+
 private:
     friend class Driver;
     std::shared_ptr<HostCore> core_;
+    host::Object addIn_;
 };
 
 }  // namespace lorvane::model

@@ -71,6 +71,12 @@ std::vector<host::Menu*> itemsOf(const Form& form, const host::Control& menu) {
     return items;
 }
 
+/// A character as an argument: a text's first, or by its number.
+char16_t unitOf(const Variant& character) {
+    if (character.kind() != Variant::Kind::Text) return static_cast<char16_t>(character.toInt32());
+    return character.text().empty() ? char16_t{0} : character.text().front();
+}
+
 /// Captions compare without their access key marks.
 bool isCalled(const host::Menu& item, std::u16string_view choice) {
     return host::equalsIgnoreCase(item.name(), choice) ||
@@ -125,6 +131,13 @@ Variant ScriptedScreen::call(Member member, host::Args args) {
             return {};
         case Member::SendKeys:
             sendKeys(textAt(0), optional(1).toBoolean());
+            return {};
+        case Member::VkKeyScan:
+            return vkKeyScan(unitOf(host::requiredArgument(args, 0)));
+        case Member::MapVirtualKey:
+            return mapVirtualKey(numberAt(0), numberAt(1));
+        case Member::keybd_event:
+            keyEvent(numberAt(0), optional(2).toInt32());
             return {};
         case Member::GetForegroundWindow:
             return foregroundWindow();
@@ -254,6 +267,15 @@ void ScriptedScreen::sendKeys(const std::u16string& keys, bool wait) {
 void ScriptedScreen::sendPosted() {
     if (postedKeys_.empty()) return;
     for (const std::u16string& keys : std::exchange(postedKeys_, {})) desktop_.sendKeys(keys);
+}
+
+/// A key that goes down reaches the window in front at once.
+void ScriptedScreen::keyEvent(std::int32_t code, std::int32_t flags) {
+    constexpr std::int32_t keyUp = 2;
+    if ((flags & keyUp) != 0) return keyboard_.release(code);
+    const auto stroke = keyboard_.press(code);
+    DesktopWindow* window = stroke ? desktop_.foreground() : nullptr;
+    if (window) window->keys({*stroke});
 }
 
 std::int32_t ScriptedScreen::foregroundWindow() const noexcept {

@@ -7,6 +7,7 @@
 
 #include "host/Form.h"
 #include "host/Object.h"
+#include "screen/Keyboard.h"
 #include "screen/User.h"
 #include "screen/WindowList.h"
 
@@ -43,12 +44,14 @@ private:
     void tick(host::Timer& timer);
     void sendKeys(const std::u16string& keys, bool wait);
     void sendPosted();
+    void keyEvent(std::int32_t code, std::int32_t flags);
     std::int32_t foregroundWindow() const noexcept;
     void setForegroundWindow(std::int32_t handle);
 
     Desktop& desktop_;
     WindowList& windows_;
     User& user_;
+    Keyboard keyboard_;
     std::int32_t lastBox_ = 0;
     std::vector<RunningTimer> timers_;
     std::vector<const host::Timer*> ticking_;

@@ -36,7 +36,7 @@ std::u16string programFolder() {
 }
 
 std::span<const Environment::Row> Environment::rows() noexcept {
-    static constexpr Row table[] = {{host::Member::Variable, &Environment::Variable}};
+    static constexpr Row table[] = {{host::Member::AppPath, &Environment::AppPath}, {host::Member::Variable, &Environment::Variable}};
     return table;
 }
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "host/Object.h"
+#include "host/ServiceObjects.h"
 #include "mailstore/MailStore.h"
 #include "services/Clipboard.h"
 #include "services/Clock.h"
@@ -27,11 +27,9 @@ struct ServiceOptions {
 };
 
 /// One of each service, to hand out at the machine. The temporary folder ends with the last handle on `files`.
-struct Services {
+struct Services : host::ServiceObjects {
     /// Error 5 for an unknown code page.
     explicit Services(ServiceOptions options);
-
-    host::Object files, settings, clock, environment, clipboard, region, shell;
 
     /// The clipboard and the shell as the host and the user see them.
     Clipboard& clipboardContent() const noexcept { return *host::implementation<Clipboard>(clipboard); }

@@ -30,6 +30,11 @@ public:
                               std::u16string_view recipientMode, const Object& sourceMail);
     /// Pastes the clipboard at Word's selection in the active Inspector. An error shows the standard box.
     void PasteRangeToEmail();
+    /// Shows the message of a saved template in the host's own instance, for the Word side.
+    void DisplayTemplateSaveMsg();
+
+    const std::shared_ptr<OutAddIn>& gBaseClass() const noexcept { return baseClass_; }  ///< null before a connection and behind a disconnection
+    void gBaseClass(std::shared_ptr<OutAddIn> baseClass) noexcept { baseClass_ = std::move(baseClass); }
 
     std::u16string_view className() const noexcept override { return u"Connect"; }
     Variant get(Member member, Args args) override;
@@ -37,8 +42,12 @@ public:
     Variant call(Member member, Args args) override;
 
 private:
-    std::unique_ptr<OutAddIn> baseClass_;
+    std::shared_ptr<OutAddIn> baseClass_;
 };
+
+/// Takes the add-in's entry out of the Tools menu of each wrapped Explorer: "Outer/Inner", where only the first Explorer's menu goes through the outer name. An
+/// outer popup goes as well once it is empty. Runs with errors ignored.
+void RemoveExplMenu(std::u16string path);
 
 /// Opens a page or file with the program the user has for it.
 void OpenInBrowser(std::u16string_view target);

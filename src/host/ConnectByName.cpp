@@ -69,12 +69,59 @@ void Connect::PasteRangeToEmail() {
     });
 }
 
+namespace {
+
+/// The sink of the host's events, to other programs.
+class BaseClassObject final : public Dispatch {
+public:
+    explicit BaseClassObject(std::shared_ptr<OutAddIn> baseClass) noexcept : baseClass_(std::move(baseClass)) {}
+    const std::shared_ptr<OutAddIn>& behind() const noexcept { return baseClass_; }
+
+    std::u16string_view className() const noexcept override { return u"OutAddIn"; }
+    const void* identity() const noexcept override { return baseClass_.get(); }
+    Variant get(Member member, Args args) override {
+        if (member == Member::objCurMailItem) return Variant(baseClass_->objCurMailItem());
+        return call(member, args);
+    }
+    void put(Member member, const Variant& value, Args) override {
+        if (member != Member::objCurMailItem) raiseNoSuchMember(className(), member);
+        baseClass_->objCurMailItem(value.toObject());
+    }
+    Variant call(Member member, Args args) override {
+        switch (member) {
+            case Member::InitHandler:
+                baseClass_->InitHandler(Application(requiredArgument(args, 0).toObject()), requiredArgument(args, 1).toText());
+                return {};
+            case Member::UnInitHandler:
+                baseClass_->UnInitHandler();
+                return {};
+            default:
+                raiseNoSuchMember(className(), member);
+        }
+    }
+
+private:
+    std::shared_ptr<OutAddIn> baseClass_;
+};
+
+/// Error 13 for an object of another class.
+std::shared_ptr<OutAddIn> baseClassBehind(const Object& object) {
+    if (!object) return nullptr;
+    const auto* known = implementation<BaseClassObject>(object);
+    if (!known) throw HostError(runtime_error::TypeMismatch);
+    return known->behind();
+}
+
+}  // namespace
+
 Variant Connect::get(Member member, Args args) {
+    if (member == Member::gBaseClass) return Variant(baseClass_ ? makeObject<BaseClassObject>(baseClass_) : Object());
     return call(member, args);
 }
 
-void Connect::put(Member member, const Variant&, Args) {
-    raiseNoSuchMember(className(), member);
+void Connect::put(Member member, const Variant& value, Args) {
+    if (member != Member::gBaseClass) raiseNoSuchMember(className(), member);
+    gBaseClass(baseClassBehind(value.toObject()));
 }
 
 Variant Connect::call(Member member, Args args) {
@@ -99,6 +146,15 @@ Variant Connect::call(Member member, Args args) {
         }
         case Member::PasteRangeToEmail:
             PasteRangeToEmail();
+            return {};
+        case Member::DisplayTemplateSaveMsg:
+            DisplayTemplateSaveMsg();
+            return {};
+        case Member::AddinInstance_OnConnection:
+            AddinInstance_OnConnection(requiredArgument(args, 0).toObject(), requiredArgument(args, 1).toInt32(), requiredArgument(args, 2).toObject());
+            return {};
+        case Member::AddinInstance_OnDisconnection:
+            AddinInstance_OnDisconnection(requiredArgument(args, 0).toInt32());
             return {};
         case Member::CreateLorvaneFolder:
             store::CreateLorvaneFolder();

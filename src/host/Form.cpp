@@ -174,14 +174,17 @@ void Forms::letGo(Form& form) noexcept {
     std::erase_if(instances_, [&](const Object& instance) { return instance.dispatch() == &form; });
 }
 
+void Forms::release(std::u16string_view name) noexcept {
+    // One that is still up is unloaded: a screen holds on to a window whose timer runs, and the window to what it opened.
+    const Object held(find(name));
+    if (!held) return;
+    auto& form = static_cast<Form&>(*held.dispatch());
+    ignoringErrors([&] { form.unload(); });
+    letGo(form);
+}
+
 void Forms::clear() noexcept {
-    while (!instances_.empty()) {
-        // One that is still up is unloaded: a screen holds on to a window whose timer runs, and the window to what it opened.
-        const Object newest = instances_.back();
-        auto& form = static_cast<Form&>(*newest.dispatch());
-        ignoringErrors([&] { form.unload(); });
-        letGo(form);
-    }
+    while (!instances_.empty()) release(static_cast<Form&>(*instances_.back().dispatch()).name());
 }
 
 }  // namespace lorvane::host

@@ -85,8 +85,9 @@ public:
     void know(std::u16string_view name, Factory factory);
     std::vector<std::u16string_view> knownNames() const;
 
-    void letGo(Form& form) noexcept;  ///< by the window itself at its unload
-    void clear() noexcept;            ///< unloads what is still up and lets all instances go, newest first
+    void letGo(Form& form) noexcept;                  ///< by the window itself at its unload
+    void release(std::u16string_view name) noexcept;  ///< unloads a window that is up and lets its instance go; nothing where there is none
+    void clear() noexcept;                            ///< the same with all, newest first
 
 private:
     Form& use(std::u16string_view name, Factory factory);

@@ -47,6 +47,15 @@ void Screen::KillTimer(Form& form, std::u16string_view timer) const {
 void Screen::SendKeys(std::u16string_view keys, bool wait) const {
     call(Member::SendKeys, {keys, wait});
 }
+std::int32_t Screen::VkKeyScan(char16_t character) const {
+    return call(Member::VkKeyScan, {std::u16string(1, character)}).toInt32();
+}
+std::int32_t Screen::MapVirtualKey(std::int32_t key, std::int32_t type) const {
+    return call(Member::MapVirtualKey, {key, type}).toInt32();
+}
+void Screen::keybd_event(std::int32_t key, std::int32_t scanCode, std::int32_t flags) const {
+    call(Member::keybd_event, {key, scanCode, flags});
+}
 std::int32_t Screen::GetForegroundWindow() const {
     return call(Member::GetForegroundWindow).toInt32();
 }
@@ -97,6 +106,9 @@ DateTime Clock::Now() const {
     return call(Member::Now).toDate();
 }
 
+std::u16string Environment::AppPath() const {
+    return getText(Member::AppPath);
+}
 std::u16string Environment::Variable(std::u16string_view name) const {
     return call(Member::Variable, {name}).toText();
 }

@@ -37,7 +37,10 @@ public:
     void SetTimer(Form& form, std::u16string_view timer, std::int32_t milliseconds) const;  ///< raises the control's Timer event each interval
     void KillTimer(Form& form, std::u16string_view timer) const;
     void SendKeys(std::u16string_view keys, bool wait) const;  ///< to the foreground window; the grammar of `SendKeys`, error 5 where it is broken
-    std::int32_t GetForegroundWindow() const;                  ///< 0 where there is none
+    std::int32_t VkKeyScan(char16_t character) const;          ///< the key's code, and the keys to hold in the byte above it; -1 where no key has it
+    std::int32_t MapVirtualKey(std::int32_t key, std::int32_t type) const;                ///< type 0: the scan code; 0 for none
+    void keybd_event(std::int32_t key, std::int32_t scanCode, std::int32_t flags) const;  ///< presses a key, or with 2 in `flags` lets it go
+    std::int32_t GetForegroundWindow() const;                                             ///< 0 where there is none
     void SetForegroundWindow(std::int32_t window) const;
 };
 
@@ -74,6 +77,7 @@ public:
 class Environment : public Object {
 public:
     explicit Environment(Object object) : Object(std::move(object)) {}
+    std::u16string AppPath() const;                           ///< the add-in's own folder, without a "\" at its end
     std::u16string Variable(std::u16string_view name) const;  ///< "" where it is not set
 };
 

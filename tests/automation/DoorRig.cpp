@@ -1,7 +1,7 @@
 #include "automation/DoorRig.h"
 
 #include "AddInTables.h"
-#include "host/Connect.h"
+#include "host/AddIn.h"
 #include "host/Locale.h"
 #include "mailstore/MemoryStore.h"
 #include "recordset/Collation.h"
@@ -46,14 +46,13 @@ DoorRig::DoorRig(const DoorOptions& options)
     scope_ = std::make_unique<host::ApartmentScope>(instruments_.decorate(host_->machine()));
     application_ = instruments_.decorate(host_->application());
     addInInst_ = instruments_.decorate(host_->addInInst());
-    connection_ = host::makeObject<host::Connect>();
-    host_->registerClass(u"Lorvane.Connect", [connection = connection_] { return connection; });
+    connection_ = host::makeAddIn();
     driver_->openExplorer();
     session_ = std::make_unique<Session>(transport_, pace_, sessionParts(options.virtualTime));
 }
 
 DoorRig::~DoorRig() {
-    host::implementation<host::Connect>(connection_)->AddinInstance_OnDisconnection(0);
+    host_->unloadAddIn();
 }
 
 services::ServiceOptions DoorRig::serviceOptions() {
@@ -69,13 +68,7 @@ model::HostOptions DoorRig::hostOptions(const DoorOptions& run) {
     model::HostOptions options(desktop_);
     options.version = run.version;
     options.screen = host::makeObject<screen::ScriptedScreen>(windows_, user_);
-    options.files = services_.files;
-    options.settings = services_.settings;
-    options.clock = services_.clock;
-    options.environment = services_.environment;
-    options.clipboard = services_.clipboard;
-    options.region = services_.region;
-    options.shell = services_.shell;
+    options.services = services_;
     options.clipboardContent = [this] { return model::PasteContent{services_.clipboardContent().text(), services_.clipboardContent().html()}; };
     options.makeRecordset = [collation = std::make_shared<const recordset::Collation>(u"en-US")] { return recordset::makeRecordset(collation); };
     options.makeStream = recordset::makeStream;
@@ -104,7 +97,7 @@ int DoorRig::ask(const std::string& method, Json params, bool early) {
 }
 
 void DoorRig::serve() {
-    host::implementation<host::Connect>(connection_)->AddinInstance_OnConnection(application_, 0, addInInst_);
+    host_->loadAddIn(connection_, application_, addInInst_);
     instruments_.clear();
     session_->serve();
 }

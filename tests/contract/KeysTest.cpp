@@ -111,4 +111,19 @@ TEST_F(Keys, BackspacesInTheSubjectTakeBackWhatWasTypedThere) {
     EXPECT_EQ(person().shown(inspector, Field::Subject), u"Offer");
 }
 
+TEST_F(Keys, KeysThatGoDownOneByOneTypeAtTheCaret) {
+    const Inspector inspector = openPlain(u"Dear ");
+    const Object screen = host().machine().screen();
+    constexpr std::int32_t shiftKey = 0x10, up = 2, withShift = 0x100;
+    const auto press = [&](std::int32_t key, std::int32_t flags) { call(screen, u"keybd_event", {key, call(screen, u"MapVirtualKey", {key, 0}), flags}); };
+    for (const char16_t character : std::u16string_view(u"[FullName]")) {
+        const std::int32_t code = call(screen, u"VkKeyScan", {std::u16string(1, character)}).toInt32();
+        if ((code & withShift) != 0) press(shiftKey, 0);
+        press(code & 0xFF, 0);
+        press(code & 0xFF, up);
+        if ((code & withShift) != 0) press(shiftKey, up);
+    }
+    EXPECT_EQ(person().shown(inspector, Field::Body), u"Dear [FullName]");
+}
+
 }  // namespace lorvane::contract

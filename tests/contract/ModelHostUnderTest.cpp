@@ -221,13 +221,7 @@ private:
         options.toolsCaption = setup_.toolsCaption;
         options.helpCaption = setup_.helpCaption;
         options.screen = host::makeObject<screen::ScriptedScreen>(windows_, user_);
-        options.files = services_.files;
-        options.settings = services_.settings;
-        options.clock = services_.clock;
-        options.environment = services_.environment;
-        options.clipboard = services_.clipboard;
-        options.region = services_.region;
-        options.shell = services_.shell;
+        options.services = services_;
         options.clipboardContent = [this] { return model::PasteContent{services_.clipboardContent().text(), services_.clipboardContent().html()}; };
         options.setClipboardContent = [this](const model::PasteContent& content) {
             services_.clipboardContent().replace(formatsOf(content.text, content.htmlFormat));

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <ostream>
 
+#include "host/BuildSwitches.h"
 #include "host/Redemption.h"
-#include "host/basGlobals.h"
+#include "host/TextFunctions.h"
+#include "host/WindowRig.h"
 #include "store/FoldersRig.h"
 
 /// What the add-in does when the host loads and unloads it.
@@ -14,9 +16,21 @@ namespace {
 
 using namespace support;
 
+constexpr std::string_view processFolder = "process folder", wizard = "wizard", tray = "tray";
+
+/// Notes the commands of a connection among the uses of the host.
+void noteCommands(TestRun& run) {
+    LaterCommands& commands = laterCommands();
+    commands.createProcessFolder = [&run] { run.recorder().note(fromUtf8(processFolder)); };
+    commands.showStartUpWizard = [&run] { run.recorder().note(fromUtf8(wizard)); };
+    commands.showSystemTray = [&run] { run.recorder().note(fromUtf8(tray)); };
+}
+
 TEST(ConnectTest, StandsReadyWithFolderNameSpaceAndSession) {
-    TestRun run;
+    TestRun run({.connected = false});
     Apartment& here = run.apartment();
+    here.title = u"Before";
+    run.connect();
     EXPECT_TRUE(here.gOutlook);
     EXPECT_TRUE(here.gNameSpace);
     EXPECT_TRUE(here.gRdoSession);
@@ -45,7 +59,8 @@ constexpr std::u16string_view refusal =
 class RefusedVersion : public testing::TestWithParam<std::u16string_view> {};
 
 TEST_P(RefusedVersion, IsToldAndTheAddInStaysPassive) {
-    TestRun run({.version = std::u16string(GetParam()), .connected = false, .samples = true});
+    TestRun run({.version = std::u16string(GetParam()), .connected = false, .samples = true, .instruments = true});
+    noteCommands(run);
     run.connect();
     ASSERT_EQ(run.boxes().size(), 1U);
     EXPECT_EQ(run.lastBox().title, u"Please Download Software for Correct Version of Outlook!");
@@ -57,8 +72,31 @@ TEST_P(RefusedVersion, IsToldAndTheAddInStaysPassive) {
     EXPECT_FALSE(run.apartment().gRdoSession);
     EXPECT_EQ(run.apartment().gProgId, u"");
     EXPECT_EQ(run.setting(u"LastFolderEntryid"), u"");
+    EXPECT_EQ(headsIn(run, {std::string(processFolder), std::string(wizard), std::string(tray)}), std::vector<std::string>());
     run.disconnect();
     EXPECT_EQ(run.boxes().size(), 1U);
+}
+
+/// The bars of a window that nobody has added anything to.
+TEST_P(RefusedVersion, LeavesTheHostWithoutAnyBarOfTheAddIn) {
+    TestRun run({.version = std::u16string(GetParam()), .connected = false});
+    const Object explorer = firstExplorer(run);
+    run.connect();
+    const Object later = run.driver().openExplorer();
+    const Object mail = run.newMail();
+    for (const Object& window : {explorer, later, mail}) {
+        EXPECT_FALSE(isHeard(window));
+        for (const model::BarTree& bar : run.driver().bars(window)) {
+            EXPECT_TRUE(bar.builtIn) << toUtf8(bar.name);
+            for (const model::ControlTree& control : bar.controls) {
+                EXPECT_TRUE(control.builtIn) << toUtf8(control.caption);
+                EXPECT_TRUE(control.controls.empty()) << toUtf8(control.caption);
+            }
+        }
+    }
+    EXPECT_EQ(explorerKeys(), Keys());
+    EXPECT_EQ(inspectorKeys(), Keys());
+    EXPECT_FALSE(run.apartment().gOutlook);
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, RefusedVersion, testing::Values(u"12.0.0.4518", u"12", u"16.0.0.1"));
@@ -67,6 +105,8 @@ TEST(RefusedVersionTest, YesOpensThePageAndNoDoesNot) {
     for (const std::int32_t answer : {msgbox::Yes, msgbox::No}) {
         TestRun run({.version = u"12.0.0.4518", .connected = false});
         run.user().AnswerNext({answer});
+        const std::int32_t foreground = run.apartment().machine.screen().GetForegroundWindow();
+        EXPECT_NE(foreground, 0) << "that of the Explorer";
         run.connect();
         const auto* shell = implementation<services::Shell>(run.services().shell);
         ASSERT_NE(shell, nullptr);
@@ -76,6 +116,7 @@ TEST(RefusedVersionTest, YesOpensThePageAndNoDoesNot) {
         }
         ASSERT_EQ(shell->requests().size(), 1U);
         const services::ShellRequest& request = shell->requests()[0];
+        EXPECT_EQ(request.owner, foreground);
         EXPECT_EQ(request.operation, u"Open");
         EXPECT_EQ(request.parameters, u"");
         EXPECT_EQ(request.directory, u"");
@@ -94,35 +135,132 @@ TEST(ConnectTest, TheVersionsThatAreSupportedAreSilent) {
 
 TEST(ConnectTest, TheStepsComeInTheirOrder) {
     TestRun run({.connected = false, .instruments = true});
+    noteCommands(run);
     run.recorder().clear();
     run.connect();
-    std::vector<std::string> order;
-    for (const std::string& line : run.recorder().lines()) {
-        for (const std::string_view sought :
-             {"Application.Version", "AddIn.ProgId", "Application.GetNamespace", "Application.Explorers", "Application.Inspectors",
-              "Application.ActiveExplorer", "Explorers.Count", "NameSpace.GetFolderFromID", "qz7mRDOSession", "Session.MAPIOBJECT"})
-            if (line.find(sought) != std::string::npos) order.emplace_back(sought);
-    }
-    const std::vector<std::string> expected = {"Application.Version",        "Application.GetNamespace", "Application.Explorers", "Application.Inspectors",
-                                               "Application.ActiveExplorer", "Application.Explorers",    "Explorers.Count",       "Application.GetNamespace",
-                                               "NameSpace.GetFolderFromID",  "qz7mRDOSession",           "qz7mRDOSession",        "Application.Version"};
-    std::erase_if(order, [](const std::string& line) { return line == "AddIn.ProgId" || line == "Session.MAPIOBJECT"; });
-    EXPECT_EQ(order, expected);
+    std::vector<std::string> expected = {"get Application.Version",
+                                         // the sink of the host's events
+                                         "get AddInInst.ProgId", "call Application.GetNamespace", "get Application.Explorers", "get Application.Inspectors",
+                                         "call Application.ActiveExplorer", "get Application.Inspector",
+                                         // the Explorer and its bars
+                                         "get Application.Explorers", "get Explorers.Count", "call Application.ActiveExplorer", "call Explorer.Display",
+                                         "get Application.Version",
+                                         // the folder
+                                         "call Application.GetNamespace", "call NameSpace.GetFolderFromID"};
+    if (ProcessFeatureEnabled) expected.emplace_back(processFolder);
+    // the windows and the session
+    expected.insert(expected.end(), {std::string(wizard), std::string(tray), "call Machine.CreateObject", "call Machine.CreateObject",
+                                     "get Application.Version", "get Application.Session", "get NameSpace.MAPIOBJECT", "put RDOSession.MAPIOBJECT"});
+    EXPECT_EQ(headsIn(run, expected), expected);
 }
 
-TEST(ConnectTest, AStepThatFailsCostsOnlyItself) {
+TEST(ConnectTest, TheWizardShowsUnlessItIsToStayAway) {
     struct Turn {
-        std::u16string_view className, member;
+        std::u16string_view value;
+        bool shows;
     };
-    for (const Turn& turn : {Turn{u"Application", u"Version"}, Turn{u"Application", u"Inspectors"}, Turn{u"Application", u"ActiveExplorer"}}) {
+    for (const Turn& turn : {Turn{u"True", false}, Turn{u"true", true}, Turn{u"TRUE", true}, Turn{u"False", true}, Turn{u"", true}, Turn{u"1", true}}) {
         TestRun run({.connected = false, .instruments = true});
-        run.faults().failNth(turn.className, turn.member, 1, host_failure::Failed);
+        noteCommands(run);
+        run.setSetting(u"DonotShowStartupWiz", turn.value);
         run.connect();
-        EXPECT_TRUE(run.apartment().TemplatesFolder) << toUtf8(turn.member);
-        EXPECT_TRUE(run.apartment().gRdoSession) << toUtf8(turn.member);
-        EXPECT_EQ(run.apartment().gProgId, u"Lorvane.Connect");
-        EXPECT_TRUE(run.boxes().empty());
+        EXPECT_EQ(headsIn(run, {std::string(wizard)}).size(), turn.shows ? 1U : 0U) << toUtf8(turn.value);
     }
+}
+
+TEST(ConnectTest, TheTrayWindowIsLoadedWhereTheSettingSaysSo) {
+    struct Turn {
+        std::u16string_view value;
+        bool shows;
+    };
+    for (const Turn& turn : {Turn{u"True", true}, Turn{u"true", false}, Turn{u"False", false}, Turn{u"", false}}) {
+        TestRun run({.connected = false, .instruments = true});
+        noteCommands(run);
+        run.setSetting(u"ShowInSystemTray", turn.value);
+        run.connect();
+        EXPECT_EQ(headsIn(run, {std::string(tray)}).size(), turn.shows ? 1U : 0U) << toUtf8(turn.value);
+    }
+}
+
+/// A use of the host that fails while the add-in is connected, and what is missing then.
+struct FailingStep {
+    std::u16string_view className, member;
+    std::size_t nth = 1;
+    bool costsWrapper = false, costsLaterExplorers = false, costsInspectors = false, costsProgId = false, costsFolder = false;
+    friend void PrintTo(const FailingStep& step, std::ostream* out) { *out << toUtf8(step.className) << '.' << toUtf8(step.member) << ' ' << step.nth; }
+};
+
+class ConnectFailure : public testing::TestWithParam<FailingStep> {};
+
+TEST_P(ConnectFailure, CostsItsOwnStepOnly) {
+    const FailingStep& step = GetParam();
+    TestRun run({.connected = false, .instruments = true});
+    noteCommands(run);
+    run.faults().failNth(step.className, step.member, step.nth, host_failure::Failed);
+    run.connect();
+    EXPECT_EQ(run.faults().failures(), 1U);
+    EXPECT_TRUE(run.apartment().gOutlook);
+    EXPECT_EQ(run.apartment().gProgId, step.costsProgId ? u"" : u"Lorvane.Connect");
+    EXPECT_EQ(explorerKeys(), step.costsWrapper ? Keys() : Keys{0});
+    EXPECT_EQ(static_cast<bool>(run.apartment().TemplatesFolder), !step.costsFolder);
+    EXPECT_EQ(headsIn(run, {std::string(wizard), std::string(tray)}).size(), 2U);
+    EXPECT_TRUE(run.apartment().gRdoSession);
+    EXPECT_TRUE(run.boxes().empty());
+
+    // Whether the host's collections are heard shows in what becomes of the next windows.
+    run.driver().openExplorer();
+    run.newMail();
+    EXPECT_EQ(inspectorKeys(), step.costsInspectors ? Keys() : Keys{0});
+    EXPECT_EQ(explorerKeys().size(), (step.costsWrapper ? 0U : 1U) + (step.costsLaterExplorers ? 0U : 1U));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Steps, ConnectFailure,
+    testing::Values(FailingStep{.className = u"Application", .member = u"Version"},
+                    FailingStep{.className = u"AddInInst", .member = u"ProgId", .nth = 1, .costsProgId = true},
+                    FailingStep{.className = u"Application", .member = u"GetNamespace", .nth = 1, .costsLaterExplorers = true, .costsInspectors = true},
+                    FailingStep{.className = u"Application", .member = u"Explorers", .nth = 1, .costsLaterExplorers = true, .costsInspectors = true},
+                    FailingStep{.className = u"Application", .member = u"Inspectors", .nth = 1, .costsInspectors = true},
+                    FailingStep{.className = u"Application", .member = u"ActiveExplorer"},
+                    FailingStep{.className = u"Application", .member = u"Explorers", .nth = 2}, FailingStep{.className = u"Explorers", .member = u"Count"},
+                    FailingStep{.className = u"Application", .member = u"ActiveExplorer", .nth = 2, .costsWrapper = true},
+                    FailingStep{.className = u"Explorer", .member = u"Display"},
+                    FailingStep{.className = u"NameSpace", .member = u"GetDefaultFolder", .nth = 1, .costsFolder = true},
+                    FailingStep{.className = u"Machine", .member = u"CreateObject", .nth = 1},
+                    FailingStep{.className = u"Machine", .member = u"CreateObject", .nth = 2}));
+
+TEST(ConnectTest, ACommandThatFailsCostsItsOwnStepOnly) {
+    TestRun run({.connected = false, .instruments = true});
+    noteCommands(run);
+    const auto failing = [] { throw HostError(host_failure::Failed); };
+    laterCommands().createProcessFolder = laterCommands().showStartUpWizard = laterCommands().showSystemTray = failing;
+    run.connect();
+    EXPECT_TRUE(run.apartment().gRdoSession);
+    EXPECT_TRUE(run.boxes().empty());
+}
+
+TEST(ConnectTest, ASettingThatCannotBeReadKeepsItsWindowAwayAndNothingElse) {
+    TestRun run({.connected = false, .instruments = true});
+    usePrivately(run, run.templatesFolder());
+    noteCommands(run);
+    // Behind the three settings of the folder.
+    run.faults().failNth(u"Settings", u"GetSetting", 4, host_failure::Failed);
+    run.connect();
+    EXPECT_EQ(headsIn(run, {std::string(wizard), std::string(tray)}), std::vector<std::string>{std::string(tray)});
+    EXPECT_TRUE(run.apartment().gRdoSession);
+}
+
+TEST(ConnectTest, AnExplorerThatOpensLaterIsWrappedAndNothingElse) {
+    TestRun run({.explorer = false, .connected = false, .instruments = true});
+    noteCommands(run);
+    run.connect();
+    const Object explorer = run.driver().openExplorer();
+    EXPECT_EQ(explorerKeys(), Keys{0});
+    EXPECT_TRUE(explorerWraps().gExplorerWraps.Item(u"0")->Explorer() == explorer);
+    EXPECT_EQ(headsIn(run, {std::string(processFolder), std::string(wizard), std::string(tray)}), std::vector<std::string>());
+    EXPECT_FALSE(run.apartment().TemplatesFolder);
+    EXPECT_FALSE(run.apartment().gRdoSession);
+    EXPECT_TRUE(run.boxes().empty());
 }
 
 TEST(SessionTest, SharesTheHostsLogonFromVersion10On) {
@@ -171,138 +309,6 @@ TEST(SessionTest, AFailureIsNotReported) {
         EXPECT_EQ(run.faults().failures(), 1U) << toUtf8(turn.member);
         EXPECT_TRUE(run.boxes().empty());
         EXPECT_TRUE(run.apartment().gRdoSession) << "what cannot be made leaves the one from before";
-    }
-}
-
-TEST(DisconnectTest, LetsTheReferencesGo) {
-    TestRun run;
-    run.disconnect();
-    EXPECT_FALSE(run.apartment().gOutlook);
-    EXPECT_FALSE(run.apartment().gRdoSession);
-    EXPECT_FALSE(run.apartment().TemplatesFolder);
-    EXPECT_TRUE(run.boxes().empty());
-}
-
-TEST(DisconnectTest, ToleratesThatTheLastWindowTookTheReferencesBefore) {
-    TestRun run({.connected = false});
-    Connect connect;
-    connect.AddinInstance_OnDisconnection(0);
-    EXPECT_FALSE(run.apartment().gOutlook);
-}
-
-TEST(OutAddInTest, StopsAtItsLastStatementWithEverythingElseInPlace) {
-    TestRun run({.connected = false});
-    OutAddIn addIn;
-    EXPECT_THROW(addIn.InitHandler(run.application(), u"Lorvane.Connect"), HostError);
-    EXPECT_FALSE(addIn.isInitialised());
-    EXPECT_TRUE(run.apartment().gOutlook);
-    addIn.UnInitHandler();
-    addIn.UnInitHandler();
-    EXPECT_FALSE(run.apartment().gOutlook);
-}
-
-/// Another instance of the add-in takes and gives back the shared state by name.
-class SharedStateTest : public testing::Test {
-protected:
-    Object byName = makeObject<Connect>();
-    TestRun run;
-    Variant folder, nameSpace, application;
-    void get() {
-        byName.call(Member::WordEditorVariablesGet, {Argument::byReference(folder), Argument::byReference(nameSpace), Argument::byReference(application)});
-    }
-};
-
-TEST_F(SharedStateTest, NothingReceivesTheCurrentFolder) {
-    folder = Variant(Object());
-    get();
-    EXPECT_EQ(MAPIFolder(folder.toObject()).EntryID(), run.apartment().TemplatesFolder.EntryID());
-    EXPECT_TRUE(nameSpace.toObject() == run.apartment().gNameSpace);
-    EXPECT_TRUE(application.toObject() == run.apartment().gOutlook);
-}
-
-TEST_F(SharedStateTest, AFolderThatIsThereStays) {
-    const MAPIFolder other = run.addFolder(topFolder(run), u"Other");
-    folder = Variant(Object(other));
-    get();
-    EXPECT_EQ(MAPIFolder(folder.toObject()).EntryID(), other.EntryID());
-}
-
-TEST_F(SharedStateTest, SettingTakesAllThree) {
-    const MAPIFolder other = run.addFolder(topFolder(run), u"Other");
-    byName.call(Member::WordEditorVariablesSet, {Variant(Object(other)), Variant(Object()), Variant(Object(run.application()))});
-    EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), other.EntryID());
-    EXPECT_FALSE(run.apartment().gNameSpace);
-    EXPECT_TRUE(run.apartment().gOutlook);
-}
-
-TEST_F(SharedStateTest, WhatIsNoObjectCostsItsOwnStatementOnly) {
-    folder = Variant(u"no folder");
-    get();
-    EXPECT_EQ(folder, Variant(u"no folder"));
-    EXPECT_TRUE(nameSpace.toObject() == run.apartment().gNameSpace);
-    EXPECT_TRUE(application.toObject() == run.apartment().gOutlook);
-
-    const std::u16string before = run.apartment().TemplatesFolder.EntryID();
-    byName.call(Member::WordEditorVariablesSet, {Variant(u"no folder"), Variant(Object()), Variant(Object(run.application()))});
-    EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), before);
-    EXPECT_FALSE(run.apartment().gNameSpace);
-    EXPECT_TRUE(run.apartment().gOutlook);
-}
-
-TEST_F(SharedStateTest, TheHostHandsOutTheSameState) {
-    byName = run.application().CreateObject(u"Lorvane.Connect");
-    get();
-    EXPECT_EQ(MAPIFolder(folder.toObject()).EntryID(), run.apartment().TemplatesFolder.EntryID());
-    const MAPIFolder other = run.addFolder(topFolder(run), u"Other");
-    byName.call(Member::WordEditorVariablesSet, {Variant(Object(other)), nameSpace, application});
-    EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), other.EntryID());
-    Variant again, unused, unusedToo;
-    byName.call(Member::WordEditorVariablesGet, {Argument::byReference(again), Argument::byReference(unused), Argument::byReference(unusedToo)});
-    EXPECT_EQ(MAPIFolder(again.toObject()).EntryID(), other.EntryID()) << "the newest folder is handed out";
-}
-
-TEST_F(SharedStateTest, AFolderThatIsNothingTakesTheCurrentOneAway) {
-    byName.call(Member::WordEditorVariablesSet, {Variant(Object()), Variant(Object(run.session())), Variant(Object(run.application()))});
-    EXPECT_FALSE(run.apartment().TemplatesFolder);
-}
-
-/// The folder routines, by name.
-class FoldersByNameTest : public testing::Test {
-protected:
-    TestRun run{{.connected = false, .samples = true}};
-    Object byName = makeObject<Connect>();
-    MAPIFolder other = run.addFolder(topFolder(run), u"Other");
-};
-
-TEST_F(FoldersByNameTest, TheDefaultFolderIsMade) {
-    byName.call(Member::CreateLorvaneFolder);
-    EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), run.templatesFolder().EntryID());
-    EXPECT_EQ(run.templatesFolder().Items().Count(), 3);
-    usePrivately(run, other);
-    byName.call(Member::CreateMapiFolder);
-    EXPECT_EQ(run.setting(u"LastFolderEntryid"), run.templatesFolder().EntryID());
-}
-
-TEST_F(FoldersByNameTest, SamplesGoIntoTheFolderGiven) {
-    ensureNameSpace();
-    byName.call(Member::ExampleTemplatesCreate, {Variant(Object(other))});
-    EXPECT_EQ(other.Items().Count(), 3);
-}
-
-TEST_F(FoldersByNameTest, AnExampleIsGivenBodyFirst) {
-    ensureNameSpace();
-    byName.call(Member::TemplateExample, {Variant(u"The body"), Variant(u"The subject"), Variant(Object(other))});
-    ASSERT_EQ(other.Items().Count(), 1);
-    EXPECT_EQ(other.Items().Item(1).Subject(), u"The subject");
-    EXPECT_EQ(other.Items().Item(1).Body(), u"The body");
-}
-
-TEST_F(SharedStateTest, AnUnknownMemberIsError438) {
-    try {
-        byName.call(Member::Subject);
-        ADD_FAILURE() << "no error";
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.number(), 438);
     }
 }
 

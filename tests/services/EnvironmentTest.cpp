@@ -2,9 +2,12 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "host/TextFunctions.h"
 #include "services/Environment.h"
 #include "services/ServicesRig.h"
+#include "services/SurfacePath.h"
 
 namespace lorvane::services::test {
 namespace {
@@ -27,6 +30,18 @@ TEST(Environment, ARunCanNameItsUser) {
     ServiceOptions options;
     options.userName = u"ann";
     EXPECT_EQ(host::Environment(Services(std::move(options)).environment).Variable(u"USERNAME"), u"ann");
+}
+
+TEST_F(EnvironmentTest, TheAddInsFolderIsTheRunningPrograms) {
+    const std::u16string folder = environment.get(host::Member::AppPath).toText();
+    EXPECT_EQ(systemPath(folder), std::filesystem::read_symlink("/proc/self/exe").parent_path());
+    EXPECT_FALSE(folder.ends_with(u'\\'));
+}
+
+TEST(Environment, ARunCanNameTheAddInsFolder) {
+    ServiceOptions options;
+    options.appPath = u"C:\\Lorvane";
+    EXPECT_EQ(Services(std::move(options)).environment.get(host::Member::AppPath), host::Variant(u"C:\\Lorvane"));
 }
 
 TEST_F(EnvironmentTest, OtherVariablesAreTheProcessesOwnInAnyCase) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "host/AddIn.h"
 #include "host/TextFunctions.h"
 #include "host/basGlobals.h"
 #include "instruments/Decorator.h"
@@ -40,6 +41,13 @@ Facade own(const Facade& object) {
     return Facade(instruments::stripped(object));
 }
 
+/// A path as the add-in writes it.
+std::u16string surfaceText(const std::filesystem::path& file) {
+    std::u16string path = file.u16string();
+    std::ranges::replace(path, u'/', u'\\');
+    return path;
+}
+
 MAPIFolder folderNamed(const Folders& folders, std::u16string_view name) {
     for (std::int32_t index = 1; index <= folders.Count(); ++index) {
         if (MAPIFolder folder = folders.Item(index); folder.Name() == name) return folder;
@@ -53,7 +61,7 @@ TestRun::TestRun(RunOptions options)
     : options_(std::move(options)), now_(dateTimeFromIso(options_.now)), settings_(orInMemory(options_.settings)), services_(serviceOptions()) {
     host_ = std::make_unique<model::ModelHost>(hostOptions());
     driver_ = std::make_unique<model::Driver>(*host_);
-    host_->registerClass(u"Lorvane.Connect", [] { return makeObject<Connect>(); });
+    host_->registerClass(addInProgId, &makeAddIn);
     scope_ = std::make_unique<ApartmentScope>(seen(host_->machine()));
     if (options_.explorer) driver_->openExplorer();
     if (!options_.samples) privateFolder();
@@ -74,6 +82,7 @@ services::ServiceOptions TestRun::serviceOptions() const {
     options.localeName = options_.locale;
     options.codePage = "windows-1252";
     options.userName = u"jpublic";
+    options.appPath = surfaceText(place_.path() / "program");
     return options;
 }
 
@@ -83,14 +92,10 @@ model::HostOptions TestRun::hostOptions() {
     options.editor = options_.editor;
     options.wordKind = options_.wordKind;
     options.commitDelay = options_.commitDelay;
+    options.toolsCaption = options_.toolsCaption;
+    options.helpCaption = options_.helpCaption;
     options.screen = makeObject<screen::ScriptedScreen>(windows_, user_);
-    options.files = services_.files;
-    options.settings = services_.settings;
-    options.clock = services_.clock;
-    options.environment = services_.environment;
-    options.clipboard = services_.clipboard;
-    options.region = services_.region;
-    options.shell = services_.shell;
+    options.services = services_;
     options.clipboardContent = [this] { return model::PasteContent{clipboard().text(), clipboard().html()}; };
     options.setClipboardContent = [this](const model::PasteContent& content) { clipboard().replaceContent(content.text, content.htmlFormat); };
     options.makeRecordset = [collation = collationOf(options_.locale)] { return recordset::makeRecordset(collation); };
@@ -101,13 +106,11 @@ model::HostOptions TestRun::hostOptions() {
 }
 
 void TestRun::connect() {
-    connection_ = std::make_unique<Connect>();
-    connection_->AddinInstance_OnConnection(application(), 0, seen(host_->addInInst()));
+    host_->loadAddIn(makeAddIn(), application(), seen(host_->addInInst()));
 }
 
 void TestRun::disconnect() {
-    if (connection_) connection_->AddinInstance_OnDisconnection(0);
-    connection_.reset();
+    host_->unloadAddIn();
 }
 
 Application TestRun::application() const {
@@ -199,10 +202,9 @@ Attachment TestRun::attach(const MailItem& item, std::string_view fileName, cons
 
 std::u16string TestRun::writeFile(std::string_view name, const Bytes& content) const {
     const std::filesystem::path file = place_.path() / name;
+    std::filesystem::create_directories(file.parent_path());
     mailstore::test::writeBytes(file, content);
-    std::u16string path = file.u16string();
-    std::ranges::replace(path, u'/', u'\\');
-    return path;
+    return surfaceText(file);
 }
 
 Inspector TestRun::newMail(std::initializer_list<std::u16string_view> to) const {

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "host/Apartment.h"
-#include "host/Connect.h"
 #include "instruments/FaultInjector.h"
 #include "instruments/Recorder.h"
 #include "mailstore/MailStore.h"
@@ -29,12 +28,13 @@ struct RunOptions {
     std::u16string locale = u"en-US";
     std::u16string version = u"11.0.0.5510";
     model::EditorKind editor = model::EditorKind::Html;
-    model::EditorKind wordKind = model::EditorKind::Html;  ///< with Word as editor: the kind of new text
-    std::uint32_t commitDelay = 0;                         ///< event pumps
-    bool explorer = true;                                  ///< one is open from the start
-    bool connected = true;                                 ///< the host has loaded the add-in; else the routines find a running host and nothing more
-    bool samples = false;                                  ///< a first run, with the three samples; else the private folder is there already, and empty
-    bool instruments = false;                              ///< recorder and fault injector stand in front of all that the add-in sees
+    model::EditorKind wordKind = model::EditorKind::Html;             ///< with Word as editor: the kind of new text
+    std::uint32_t commitDelay = 0;                                    ///< event pumps
+    std::u16string toolsCaption = u"&Tools", helpCaption = u"&Help";  ///< of the host's menus, in its language
+    bool explorer = true;                                             ///< one is open from the start
+    bool connected = true;     ///< the host has loaded the add-in; else the routines find a running host and nothing more
+    bool samples = false;      ///< a first run, with the three samples; else the private folder is there already, and empty
+    bool instruments = false;  ///< recorder and fault injector stand in front of all that the add-in sees
 
     std::shared_ptr<mailstore::MailStore> store = {};         ///< in memory where there is none; two runs may share one
     std::shared_ptr<mailstore::SettingsStore> settings = {};  ///< likewise
@@ -161,7 +161,6 @@ private:
     std::unique_ptr<model::ModelHost> host_;
     std::unique_ptr<model::Driver> driver_;
     std::unique_ptr<host::ApartmentScope> scope_;
-    std::unique_ptr<host::Connect> connection_;
 };
 
 }  // namespace lorvane::support

@@ -1,5 +1,5 @@
 #include "host/Redemption.h"
-#include "host/basGlobals.h"
+#include "host/WindowRig.h"
 #include "store/FoldersRig.h"
 #include "support/FaultSweep.h"
 
@@ -12,11 +12,40 @@ using namespace host;
 class ConnectionSweep : public SweepTest {};
 SWEEP_CALLS(ConnectionSweep);
 
+/// What differs from a connection that is swept on both stores does not reach them.
+class ConnectionInMemorySweep : public SweepTest {};
+INSTANTIATE_TEST_SUITE_P(Calls, ConnectionInMemorySweep,
+                         testing::Values(SweptTurns{StoreKind::Memory, FaultKind::Error, 1}, SweptTurns{StoreKind::Memory, FaultKind::LostObject, 1}),
+                         [](const auto& turns) { return nameOf(turns.param); });
+
 /// A sample on its way: saved into Drafts, and not moved.
 bool isSample(const PlacedItem& item) {
     return item.folder == u"\\Personal Folders\\Drafts" && item.record.head.subject.ends_with(u" (Sample)") &&
            item.record.body.starts_with(u"Dear [FirstName]");
 }
+
+/// The Explorer is served: it has one wrapper, and a click on the toolbar's popup and one on the menu reach it.
+void expectServed(TestRun& run) {
+    EXPECT_EQ(explorerKeys().size(), 1U);
+    int clicks = 0;
+    laterCommands().showAbout = [&] { ++clicks; };
+    for (const std::u16string_view path : {u"Standard/Lorvane/About Lorvane", u"Menu Bar/Tools/Meravix/Lorvane/About Lorvane"})
+        run.driver().clickBar(firstExplorer(run), path);
+    laterCommands().showAbout = nullptr;
+    EXPECT_EQ(clicks, 2);
+}
+
+/// The host can close its window, and nothing of the add-in is left on it.
+void expectItCloses(TestRun& run) {
+    const Object explorer = firstExplorer(run);
+    closeWindow(explorer);
+    EXPECT_EQ(ownApplication(run).Explorers().Count(), 0);
+    EXPECT_FALSE(run.apartment().gOutlook);
+    EXPECT_FALSE(isHeard(explorer));
+    EXPECT_EQ(explorerKeys(), Keys());
+}
+
+const NamedBox noToolbar{u"Lorvane", u"Std toolbar not found", msgbox::Plain};
 
 FaultSweep connecting(std::u16string_view version, bool samples) {
     FaultSweep sweep;
@@ -25,6 +54,7 @@ FaultSweep connecting(std::u16string_view version, bool samples) {
     sweep.options.samples = samples;
     sweep.command = [](TestRun& run) { run.connect(); };
     sweep.mayLeaveNew = isSample;
+    sweep.boxes = {noToolbar};
     sweep.check = [samples](TestRun& run, const SweptFault&) {
         const std::size_t templates = subjectsIn(run.templatesFolder()).size();
         EXPECT_LE(templates, samples ? 3U : 0U);
@@ -35,6 +65,8 @@ FaultSweep connecting(std::u16string_view version, bool samples) {
         EXPECT_TRUE(run.apartment().gRdoSession);
         EXPECT_EQ(run.setting(u"LastFolderEntryid"), run.templatesFolder().EntryID());
         EXPECT_EQ(subjectsIn(run.templatesFolder()).size(), templates) << "samples are made with the folder only";
+        expectServed(run);
+        expectItCloses(run);
     };
     return sweep;
 }
@@ -49,7 +81,7 @@ TEST_P(ConnectionSweep, ALaterConnection) {
     run(sweep);
 }
 
-TEST_P(ConnectionSweep, AtVersion9) {
+TEST_P(ConnectionInMemorySweep, AtVersion9) {
     run(connecting(u"9.0.0.6627", true));
 }
 
@@ -61,7 +93,14 @@ TEST_P(ConnectionSweep, AtARefusedVersion) {
     sweep.prepare = [](TestRun& run) { usePrivately(run, run.templatesFolder()); };
     sweep.command = [](TestRun& run) { run.connect(); };
     sweep.boxes = {{u"Please Download Software for Correct Version of Outlook!", u"You have installed a version of Lorvane that only works with",
-                    msgbox::QuestionInformation}};
+                    msgbox::QuestionInformation},
+                   noToolbar};
+    sweep.check = [](TestRun& run, const SweptFault&) {
+        run.disconnect();
+        EXPECT_EQ(explorerKeys(), Keys());
+        EXPECT_FALSE(isHeard(firstExplorer(run)));
+        EXPECT_FALSE(run.apartment().gOutlook);
+    };
     run(sweep);
 }
 
@@ -76,8 +115,12 @@ TEST_P(ConnectionSweep, Disconnecting) {
         EXPECT_FALSE(run.apartment().gOutlook);
         EXPECT_FALSE(run.apartment().gRdoSession);
         EXPECT_FALSE(run.apartment().TemplatesFolder);
+        EXPECT_EQ(explorerKeys(), Keys());
+        EXPECT_FALSE(isHeard(firstExplorer(run)));
         run.connect();
         EXPECT_EQ(run.apartment().TemplatesFolder.EntryID(), run.templatesFolder().EntryID()) << "the next connection is whole again";
+        expectServed(run);
+        expectItCloses(run);
     };
     run(sweep);
 }
