@@ -1,4 +1,5 @@
-"""Drives the chooser as a person would: a new mail, the caret in its body, the chooser over it, a click, and the text is read back.
+"""Drives the chooser as a person would: a new mail, the caret in its body, the add-in's button in it, a template of the
+chooser, and the text is read back.
 
     python3 examples/chooser.py "Quote (Sample)" lorvane --now 2028-01-10T09:00 serve
 """
@@ -9,11 +10,10 @@ from lorvane_door import Door
 
 
 def insert(door, inspector, subject):
-    """Chooses the template with this subject in the chooser, over the Inspector in front, and inserts it. False where there is none."""
-    chooser = door.forms.get("frmEmail")
-    showing = chooser.begin("Show", True)
+    """Clicks the add-in's button in this mail, chooses the template with this subject, and inserts it at the caret. False where there is none."""
+    clicked = door.user.begin("ClickBar", inspector, "Lorvane/Lorvane")
     door.wait_for("shown", window="frmEmail")
-    lines = chooser.get("lstEmails")
+    lines = door.forms.get("frmEmail").get("lstEmails")
     # A line is the subject, padded, and a key that is not for the eye.
     subjects = [lines.get("List", row)[:600].rstrip() for row in range(lines.get("ListCount"))]
     found = subject in subjects
@@ -22,7 +22,7 @@ def insert(door, inspector, subject):
         door.user.call("Click", "frmEmail", "cmdInsert")
     else:
         door.user.call("CloseWindow", "frmEmail")
-    showing.result()
+    clicked.result()
     return found
 
 

@@ -70,6 +70,14 @@ struct StoreOptions {
 ExitStatus runStoreCheck(const RunOptions& run, const StoreOptions& options);
 ExitStatus runStoreBackup(const RunOptions& run, const StoreOptions& options);
 
+struct BarsOptions {
+    std::string window = "explorer";  ///< of `barsWindows`
+    bool json = false;
+};
+/// The windows whose bars can be asked for.
+std::vector<std::string> barsWindows();
+ExitStatus runBars(const RunOptions& run, const BarsOptions& options);
+
 struct ServeOptions {
     std::string socket;  ///< path of a Unix socket; "" for standard input and output
 };

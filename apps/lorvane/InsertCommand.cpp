@@ -2,6 +2,7 @@
 
 #include "Chooser.h"
 #include "Commands.h"
+#include "OwnItem.h"
 #include "Run.h"
 #include "Streams.h"
 #include "host/Outlook.h"
@@ -36,30 +37,6 @@ CaretPlace caretPlaceFrom(const std::string& text) {
     throw CommandEnd(ExitStatus::Usage, "--caret is body, body:N or subject, not " + text);
 }
 
-/// The item that the command made or opened from a file; it leaves the store with the command unless it is to stay, as its window shows it then.
-class OwnItem {
-public:
-    OwnItem(Run& run, bool keep) : run_(run), keep_(keep) {}
-    void keep() noexcept { keep_ = true; }
-    ~OwnItem() {
-        if (!item) return;
-        try {
-            const bool wasSaved = !MailItem(item).EntryID().empty();
-            if (inspector) run_.driver().closeInspector(inspector, keep_ && wasSaved);
-            if (!keep_) run_.driver().purge(item);
-        } catch (const HostError& error) {
-            tell(std::string("lorvane: the mail stays in the store: ") + error.what());
-        }
-    }
-    OwnItem(const OwnItem&) = delete;
-    OwnItem& operator=(const OwnItem&) = delete;
-    Object item, inspector;
-
-private:
-    Run& run_;
-    bool keep_;
-};
-
 void openNewMail(Run& run, const std::vector<Mailbox>& to, OwnItem& own) {
     own.inspector = run.driver().newMail();
     own.item = Inspector(own.inspector).CurrentItem();
@@ -69,10 +46,7 @@ void openNewMail(Run& run, const std::vector<Mailbox>& to, OwnItem& own) {
 }
 
 void openFromFile(Run& run, const std::string& file, const Bytes& message, OwnItem& own) {
-    own.item = run.driver().import(run.readMessage(file, message), apartment().gNameSpace.GetDefaultFolder(default_folder::Drafts));
-    const MailItem item(own.item);
-    own.inspector = run.driver().openItem(item.EntryID(), item.Parent().StoreID());
-    own.item = Inspector(own.inspector).CurrentItem();  // what is typed reaches the window's own item
+    openStored(run, run.driver().import(run.readMessage(file, message), apartment().gNameSpace.GetDefaultFolder(default_folder::Drafts)), own);
 }
 
 /// How the open mail stands, for telling what an insertion did.

@@ -5,6 +5,7 @@
 
 #include "Commands.h"
 #include "Streams.h"
+#include "host/BuildSwitches.h"
 #include "host/HostError.h"
 #include "host/TextFunctions.h"
 
@@ -181,12 +182,26 @@ void addSettings(CLI::App& app, const RunOptions& run, Command& command) {
     list->callback([&run, &command, options] { command = [&run, options] { return runSettingsList(run, *options); }; });
 }
 
+void addBars(CLI::App& app, const RunOptions& run, Command& command) {
+    auto* sub = app.add_subcommand("bars", "Print the command bars of a window of the host");
+    auto options = std::make_shared<BarsOptions>();
+    sub->add_option("--window", options->window, "Of which window (default: explorer)")->check(CLI::IsMember(barsWindows()));
+    sub->add_flag("--json", options->json, "A JSON array of objects: name, position, visible, temporary, builtIn, controls");
+    sub->footer("Example: lorvane bars --window mail");
+    sub->callback([&run, &command, options] { command = [&run, options] { return runBars(run, *options); }; });
+}
+
 void addServe(CLI::App& app, const RunOptions& run, Command& command) {
     auto* sub = app.add_subcommand("serve", "Serve other programs: JSON-RPC on standard input and output, or on a socket");
     auto options = std::make_shared<ServeOptions>();
     sub->add_option("--socket", options->socket, "Listen on this Unix socket, which only you may open")->type_name("PATH")->check(emptyWord);
     sub->footer("Example: lorvane serve --socket /run/user/1000/lorvane --now 2028-01-10T09:00");
     sub->callback([&run, &command, options] { command = [&run, options] { return runServe(run, *options); }; });
+}
+
+/// The configuration is a word at the end.
+std::string versionLine() {
+    return std::string("lorvane " LORVANE_VERSION) + (host::ProcessFeatureEnabled ? " processes" : "");
 }
 
 int status(ExitStatus end) {
@@ -202,13 +217,13 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     CLI::App app("Reusable e-mail texts: find a template and put it into a mail");
     app.name("lorvane");
-    app.set_version_flag("--version", "lorvane " LORVANE_VERSION);
+    app.set_version_flag("--version", versionLine());
     app.require_subcommand(1);
     app.fallthrough();
     RunOptions run;
     Command command;
     addRunOptions(app, run);
-    for (const auto add : {addInsert, addTemplates, addTemplate, addImport, addStore, addSettings, addServe}) add(app, run, command);
+    for (const auto add : {addInsert, addTemplates, addTemplate, addImport, addStore, addSettings, addBars, addServe}) add(app, run, command);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

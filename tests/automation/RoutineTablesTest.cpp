@@ -19,6 +19,10 @@ const std::map<std::string, std::string> leftOut = {
     {"showStandardError", "takes an error, which is no value"},
     {"templateTables", "its tables are values of Globals"},
     {"furtherWindows", "the add-in's own wiring"},
+    {"explorerWraps", "the add-in's own collection of wrappers"},
+    {"inspectorWraps", "the add-in's own collection of wrappers"},
+    {"KillExpl", "takes a wrapper, which is no value"},
+    {"KillInsp", "takes a wrapper, which is no value"},
     {"PickFolder", "the window that it opens is not there yet"},
     {"CategorizeTemplate", "the window that it opens is not there yet"},
     {"OpenManual", "the manual is not there yet"},
@@ -74,10 +78,14 @@ std::set<std::string> functionsOf(const std::filesystem::path& header) {
     return functions;
 }
 
-/// The modules' headers: those of the logic's folders, and of src/host the one that is a module.
+/// Those of src/host that are modules; the other headers there are the surface, or classes.
+constexpr const char* hostModules[] = {"basGlobals", "basExplCol", "basOutlInsp", "modCommandBarCode", "WordTemplate", "Connect"};
+
+/// The modules' headers: those of the logic's folders, and some of src/host.
 std::vector<std::filesystem::path> moduleHeaders() {
     const std::filesystem::path source = std::filesystem::path(LORVANE_SOURCE_DIR) / "src";
-    std::vector<std::filesystem::path> headers = {source / "host/basGlobals.h"};
+    std::vector<std::filesystem::path> headers;
+    for (const char* module : hostModules) headers.push_back(source / "host" / (std::string(module) + ".h"));
     for (const auto& entry : std::filesystem::recursive_directory_iterator(source))
         if (entry.path().extension() == ".h" && entry.path().filename() != "Routines.h" && entry.path().parent_path().filename() != "host")
             headers.push_back(entry.path());

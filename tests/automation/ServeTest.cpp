@@ -49,6 +49,21 @@ TEST(Serve, AClientThatGoesAwayInTheMiddleOfALineWithAWindowUpLeavesAWholeStore)
     EXPECT_EQ(itemCount(door.store(), u"Drafts"), 0U);
 }
 
+TEST(Serve, AClientThatGoesAwayBehindItsClickOnABarClosesWhatTheClickOpened) {
+    ServeProcess door(fixedTime);
+    door.ask("root", {{"name", "User"}});
+    door.ask("call", {{"obj", 1}, {"member", "NewMail"}});
+    door.send("call", {{"obj", 1}, {"member", "ClickBar"}, {"args", {{{"$obj", 2}}, "Lorvane/Lorvane"}}});
+    while (door.read()["params"]["window"] != "frmEmail") {
+    }
+    door.endInput();
+    EXPECT_EQ(door.read()["id"], 3) << "the window was closed, and the command of the click ended";
+    EXPECT_EQ(door.read(), nullptr);
+    EXPECT_EQ(door.wait(), 0);
+    EXPECT_EQ(itemCount(door.store(), u"Lorvane"), 3U);
+    EXPECT_EQ(itemCount(door.store(), u"Drafts"), 0U);
+}
+
 TEST(Serve, AClientThatNoLongerReadsIsGoneToo) {
     ServeProcess door(fixedTime);
     door.ask("root", {{"name", "Application"}});
@@ -140,12 +155,17 @@ TEST(Serve, TheLogHasTheActsOfTheClientsUserAmongTheHostCalls) {
     door.ask("get", {{"obj", 1}, {"member", "frmEmail"}});
     door.ask("call", {{"obj", 3}, {"member", "Show"}});
     door.ask("call", {{"obj", 2}, {"member", "CloseWindow"}, {"args", {"frmEmail"}}});
+    door.ask("call", {{"obj", 2}, {"member", "NewMail"}});
+    door.ask("call", {{"obj", 2}, {"member", "ClickBar"}, {"args", {{{"$obj", 4}}, "Lorvane/Insert m-Field/Date"}}});
     door.endInput();
     EXPECT_EQ(door.wait(), 0);
     const auto bytes = mailstore::test::readBytes(log);
     const std::string text(bytes.begin(), bytes.end());
     EXPECT_NE(text.find("act CloseWindow frmEmail\n"), std::string::npos);
     EXPECT_NE(text.find("call Screen.Show"), std::string::npos);
+    const std::size_t clicked = text.find("act ClickBar Lorvane/Insert m-Field/Date\n");
+    ASSERT_NE(clicked, std::string::npos);
+    EXPECT_NE(text.find("call Screen.keybd_event", clicked), std::string::npos) << "what came of the click stands behind it";
 }
 
 TEST(Serve, ASocketThatCannotBeMadeIsAFault) {

@@ -241,12 +241,26 @@ TEST(Handlers, SettingsAreReadAndWrittenBehindAConnectedAddIn) {
               "");
 }
 
+TEST(Handlers, BarsAreThoseThatTheAddInBuiltAndTakesAwayAgain) {
+    const Program lorvane;
+    lorvane.done({"templates"});
+    const Lines log = logOf(lorvane, {"bars", "--window", "mail"});
+    EXPECT_EQ(missingFrom(log, {"call CommandBars.Item \"Standard\"", "call CommandBarControls.Add Type:=10", "put CommandBarPopup.Caption \"Lo&rvane\"",
+                                "call CommandBars.Item \"Menu Bar\"", "put CommandBarPopup.Caption \"Meravix\"", "get Inspector.CommandBars",
+                                "call CommandBars.Add \"Lorvane\", 1, Missing, True", "put CommandBarButton.Caption \"Lo&rvane\"",
+                                "put CommandBarPopup.Caption \"&Respond\"", "put CommandBarPopup.Caption \"Insert m-Fiel&d\"",
+                                "put CommandBarButton.Caption \"&Help\"", "put CommandBar.Visible True", "put CommandBarPopup.Visible False",
+                                "call CommandBarControls.Item \"Lo&rvane\"", "call CommandBarPopup.Delete"}),
+              "");
+    EXPECT_EQ(windowsOf(log), Lines()) << "nothing is clicked";
+}
+
 TEST(Handlers, EveryCommandConnectsTheAddInFirst) {
     const Program lorvane;
     for (const Program::Words& words :
          {Program::Words{"insert", "--template", "Quote (Sample)"}, Program::Words{"templates"}, Program::Words{"settings", "list"},
           Program::Words{"template", "add", "--subject", "A", "--text", "/dev/null"}, Program::Words{"import", "-"}, Program::Words{"template", "show", "A"},
-          Program::Words{"template", "edit", "A", "--category", "B"}, Program::Words{"template", "delete", "A"}}) {
+          Program::Words{"template", "edit", "A", "--category", "B"}, Program::Words{"template", "delete", "A"}, Program::Words{"bars"}}) {
         const Lines log = logOf(lorvane, words, 0, {.input = draft("text")});
         ASSERT_FALSE(log.empty());
         EXPECT_EQ(log.front(), "get Application.Version");

@@ -199,6 +199,16 @@ std::size_t Program::itemCount() const {
     return count;
 }
 
+std::string Program::storedState() const {
+    std::u16string state;
+    forEachFolder(store(), [&](const mailstore::MailStore& store, const mailstore::FolderRecord& folder) {
+        state += folder.name + u" " + folder.entryId + u"\n";
+        for (const mailstore::ItemHead& head : store.itemHeads(folder.entryId))
+            state += u"  " + head.subject + u" " + head.entryId + u" " + host::decimal(static_cast<std::int64_t>(head.version)) + u"\n";
+    });
+    return host::toUtf8(state);
+}
+
 std::string python(const std::string& script, const std::vector<std::string>& arguments) {
     std::vector<std::string> words = {"python3", LORVANE_SOURCE_DIR "/tests/cli/" + script};
     words.insert(words.end(), arguments.begin(), arguments.end());

@@ -60,7 +60,8 @@ public:
     std::vector<mailstore::ItemRecord> itemsIn(std::string_view folderName) const;
     std::vector<mailstore::ItemRecord> drafts() const { return itemsIn("Drafts"); }
     std::vector<mailstore::ItemRecord> templates() const { return itemsIn("Lorvane"); }
-    std::size_t itemCount() const;  ///< in all folders
+    std::size_t itemCount() const;    ///< in all folders
+    std::string storedState() const;  ///< every folder, and every item with its version
 
     Program();
 

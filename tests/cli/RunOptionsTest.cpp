@@ -20,7 +20,9 @@ const std::vector<Words> commands = {{"insert", "--template", "Quote (Sample)"},
                                      {"import", "-"},
                                      {"settings", "get", "LastFolderName"},
                                      {"settings", "set", "A", "B"},
-                                     {"settings", "list"}};
+                                     {"settings", "list"},
+                                     {"bars"},
+                                     {"bars", "--window", "received"}};
 
 TEST(HostVersion, FromTwelveOnEveryCommandIsRefusedBehindTheAddInsBox) {
     const Program lorvane;

@@ -9,8 +9,8 @@ namespace {
 using Words = Program::Words;
 
 const std::vector<Words> commands = {
-    {"insert"},         {"templates"},       {"template", "add"}, {"template", "show"}, {"template", "edit"}, {"template", "delete"}, {"import"},
-    {"store", "check"}, {"store", "backup"}, {"serve"},           {"settings", "get"},  {"settings", "set"},  {"settings", "list"}};
+    {"insert"},          {"templates"}, {"template", "add"}, {"template", "show"}, {"template", "edit"}, {"template", "delete"}, {"import"}, {"store", "check"},
+    {"store", "backup"}, {"bars"},      {"serve"},           {"settings", "get"},  {"settings", "set"},  {"settings", "list"}};
 
 std::string joined(const Words& words) {
     std::string text;
@@ -34,14 +34,14 @@ TEST(Usage, EachCommandHasAHelpWithAnExampleOfIt) {
 TEST(Usage, TheHelpOfTheProgramNamesEveryCommandAndOptionOfARun) {
     const Ended help = Program().bare({"--help"});
     EXPECT_EQ(help.status, 0) << help;
-    for (const char* word : {"insert", "templates", "template", "import", "store", "settings", "--store", "--host-version", "--editor", "--now", "--locale",
-                             "--from", "--no-explorer", "--answer", "--log", "--version"})
+    for (const char* word : {"insert", "templates", "template", "import", "store", "settings", "bars", "serve", "--store", "--host-version", "--editor",
+                             "--now", "--locale", "--from", "--no-explorer", "--answer", "--log", "--version"})
         EXPECT_NE(help.out.find(word), std::string::npos) << word;
 }
 
-TEST(Usage, TheVersionIsOneLine) {
+TEST(Usage, TheVersionIsOneLineThatEndsWithTheConfiguration) {
     const Ended version = Program().bare({"--version"});
-    EXPECT_EQ(version, (Ended{0, "lorvane " LORVANE_VERSION "\n", ""}));
+    EXPECT_EQ(version, (Ended{0, std::string("lorvane " LORVANE_VERSION) + (LORVANE_WITH_PROCESSES ? " processes\n" : "\n"), ""}));
 }
 
 TEST(Usage, MistakesAreStatusTwoWithALineAndNoStore) {
@@ -86,6 +86,12 @@ TEST(Usage, MistakesAreStatusTwoWithALineAndNoStore) {
         {"store", "backup"},
         {"store", "backup", "-"},
         {"store", "backup", ""},
+        {"bars", "mail"},
+        {"bars", "--window"},
+        {"bars", "--window", "contact"},
+        {"bars", "--window", "Mail"},
+        {"bars", "--window", ""},
+        {"bars", "--window", "mail", "--window", "task"},
         {"settings"},
         {"settings", "get"},
         {"settings", "set", "Key"},
