@@ -28,5 +28,6 @@ measure search "$memory"
 measure chooser "$memory"
 measure text
 measure host "$memory"
+measure addin "$memory"
 measure mailstore "$disk"
 measure program "$disk"

@@ -152,13 +152,21 @@ void SqliteDatabase::keepUntouchedOnClose() {
     sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
+void SqliteDatabase::watchWalIndex() {
+    number("PRAGMA data_version");  // a reading takes the index up
+    walIndex_.attach(connection_.get());
+}
+
 std::uint64_t SqliteDatabase::changeCount() {
+    const auto header = walIndex_.header();  // read in front of the question: a commit behind it is told next time
+    if (header && header == seenAt_) return changes_;
     // The pragma's number stands still for this connection's own writes and changes with those of others.
     const std::int64_t byOthers = number("PRAGMA data_version");
     if (byOthers != seenByOthers_) {
         seenByOthers_ = byOthers;
         ++changes_;
     }
+    seenAt_ = header;
     return changes_;
 }
 

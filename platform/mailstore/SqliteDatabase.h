@@ -4,11 +4,13 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "mailstore/ItemRecord.h"
+#include "mailstore/WalIndex.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -45,7 +47,9 @@ public:
     /// Leaves what a crashed program left beside the file where it is, instead of taking it into the file on closing.
     void keepUntouchedOnClose();
 
-    /// Goes up with each committed write of this connection and whenever another one has committed.
+    /// From here on `changeCount` asks the file only when somebody has committed. For a connection in WAL mode, which it keeps from then on.
+    void watchWalIndex();
+    /// Goes up with each committed write of this connection and whenever another one has committed, which the next call sees.
     std::uint64_t changeCount();
 
     /// The file in quotes, as errors name it.
@@ -72,6 +76,8 @@ private:
     std::map<std::string_view, Prepared> statements_;
     std::uint64_t changes_ = 0;
     std::int64_t seenByOthers_ = 0;
+    WalIndex walIndex_;
+    std::optional<WalIndex::Header> seenAt_;  // what `changes_` was found at
 };
 
 /// One run of a statement that the connection keeps prepared. `sql` must be a literal. Parameters are bound in their order; text and bytes must live as long

@@ -270,6 +270,7 @@ std::shared_ptr<SqliteDatabase> openStoreFile(const fs::path& file, const Sqlite
     if (database->word("PRAGMA journal_mode = WAL") != "wal") {
         throw HostError(Failed, u"The store " + database->fileName() + u" cannot be kept safely on this file system. Choose another folder.");
     }
+    database->watchWalIndex();
     database->changeCount();  // Changes count from here on.
     return database;
 }

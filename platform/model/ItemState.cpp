@@ -20,9 +20,8 @@ constexpr std::int32_t deletedItemsFolder = 3;
 
 }  // namespace
 
-ItemState::ItemState(std::shared_ptr<HostCore> core, std::shared_ptr<OpenStore> store, std::u16string folderId, mailstore::ItemHead head)
-    : core_(std::move(core)), store_(std::move(store)), folderId_(std::move(folderId)) {
-    record_.head = std::move(head);
+ItemState::ItemState(std::shared_ptr<HostCore> core, std::shared_ptr<OpenStore> store, ListedHead listed)
+    : core_(std::move(core)), store_(std::move(store)), listed_(std::move(listed)) {
     seenAt_ = store_->required().changeCount();
     store_->registerState(*this);
 }
@@ -61,8 +60,17 @@ void ItemState::take(ItemRecord record) {
     loaded_ = true;
 }
 
+/// Takes head and folder out of the list that they were read with.
+void ItemState::detach() {
+    if (!listed_) return;
+    record_.head = listed_.head();
+    folderId_ = listed_.folderId();
+    listed_ = {};
+}
+
 void ItemState::load() {
     if (loaded_) return;
+    detach();
     // The version stays that of the opening: a save over what another program changed since is told.
     const std::uint64_t version = record_.head.version;
     take(store_->required().loadItem(record_.head.entryId));
@@ -134,20 +142,20 @@ void ItemState::setSubject(std::u16string_view subject) {
 }
 
 void ItemState::commitSubject(std::u16string_view subject) {
-    if (record_.head.subject != subject) changed().head.subject = std::u16string(subject);
+    if (head().subject != subject) changed().head.subject = std::u16string(subject);
 }
 
 void ItemState::setCategories(std::u16string_view categories) {
-    if (record_.head.categories != categories) changed().head.categories = std::u16string(categories);
+    if (head().categories != categories) changed().head.categories = std::u16string(categories);
 }
 
 void ItemState::requireSavable() const {
     requireAlive();
     store_->required();
     if (isSaved()) {
-        store_->requireChange(folderId_);
+        store_->requireChange(folderId());
     } else {
-        store_->requireCreate(folderId_);
+        store_->requireCreate(folderId());
     }
 }
 
@@ -186,6 +194,7 @@ void ItemState::noteOpened() {
 void ItemState::tellOthers() {
     for (const auto& other : store_->liveStates(record_.head.entryId)) {
         if (other.get() == this || other->hasChanges()) continue;
+        other->detach();
         other->record_.head = record_.head;
         other->loaded_ = false;
         if (other->inspector) other->inspector->reload();
@@ -196,20 +205,21 @@ void ItemState::revert() {
     if (!alive_ || !dirty_ || !isSaved()) return;
     dirty_ = false;
     loaded_ = false;
-    if (auto located = store_->find(record_.head.entryId)) record_.head = std::move(located->head);
+    if (const auto located = store_->find(record_.head.entryId)) record_.head = located.head();
 }
 
 void ItemState::refresh() {
     const std::uint64_t changes = store_->required().changeCount();
     if (changes == seenAt_) return;
-    auto located = store_->find(record_.head.entryId);
+    const auto located = store_->find(head().entryId);
     if (!located) {
         endAll();
         raiseNotFound();
     }
     seenAt_ = changes;
-    if (located->head.version == record_.head.version || hasChanges()) return;
-    record_.head = std::move(located->head);
+    if (located.head().version == head().version || hasChanges()) return;
+    detach();
+    record_.head = located.head();
     loaded_ = false;
     if (inspector) inspector->reload();
 }
@@ -221,7 +231,7 @@ void ItemState::end() {
 }
 
 void ItemState::endAll() {
-    const auto states = store_->liveStates(record_.head.entryId);
+    const auto states = store_->liveStates(head().entryId);
     end();
     for (const auto& state : states) {
         if (state->alive_) state->end();
@@ -231,24 +241,24 @@ void ItemState::endAll() {
 void ItemState::remove() {
     requireAlive();
     const auto bin = isSaved() ? store_->required().wellKnownFolder(deletedItemsFolder) : std::nullopt;
-    if (!bin || bin->entryId == folderId_) return purge();
-    store_->requireChange(folderId_);
-    store_->required().moveItem(record_.head.entryId, bin->entryId);
+    if (!bin || bin->entryId == folderId()) return purge();
+    store_->requireChange(folderId());
+    store_->required().moveItem(head().entryId, bin->entryId);
     endAll();
 }
 
 void ItemState::purge() {
     requireAlive();
     if (isSaved()) {
-        store_->requireChange(folderId_);
-        store_->required().removeItem(record_.head.entryId);
+        store_->requireChange(folderId());
+        store_->required().removeItem(head().entryId);
     }
     endAll();
 }
 
 std::shared_ptr<ItemState> ItemState::copy() {
     requireAlive();
-    store_->requireCreate(folderId_);
+    store_->requireCreate(folderId());
     ItemRecord record = snapshot();
     record.head.entryId.clear();
     record.head.version = 0;
@@ -259,15 +269,15 @@ std::shared_ptr<ItemState> ItemState::copy() {
 
 std::shared_ptr<ItemState> ItemState::moveTo(const std::shared_ptr<OpenStore>& target, std::u16string_view targetFolder) {
     requireAlive();
-    if (isSaved()) store_->requireChange(folderId_);
+    if (isSaved()) store_->requireChange(folderId());
     target->requireCreate(targetFolder);
     std::shared_ptr<ItemState> moved;
     if (target == store_ && isSaved()) {
         persist();
-        const std::u16string id = store_->required().moveItem(record_.head.entryId, targetFolder);
+        const std::u16string id = store_->required().moveItem(head().entryId, targetFolder);
         auto located = store_->find(id);
         if (!located) raiseNotFound();
-        moved = std::make_shared<ItemState>(core_, store_, std::u16string(targetFolder), std::move(located->head));
+        moved = std::make_shared<ItemState>(core_, store_, std::move(located));
     } else {
         ItemRecord record = snapshot();
         record.head.entryId.clear();

@@ -26,7 +26,7 @@ public:
     using Attachment = std::shared_ptr<mailstore::AttachmentRecord>;
 
     /// An item of the store.
-    ItemState(std::shared_ptr<HostCore> core, std::shared_ptr<OpenStore> store, std::u16string folderId, mailstore::ItemHead head);
+    ItemState(std::shared_ptr<HostCore> core, std::shared_ptr<OpenStore> store, ListedHead listed);
     /// An item that was never saved; the record has no identity.
     ItemState(std::shared_ptr<HostCore> core, std::shared_ptr<OpenStore> store, std::u16string folderId, mailstore::ItemRecord fresh);
     ItemState(const ItemState&) = delete;
@@ -36,16 +36,16 @@ public:
     HostCore& core() const noexcept { return *core_; }
     const std::shared_ptr<HostCore>& sharedCore() const noexcept { return core_; }
     const std::shared_ptr<OpenStore>& store() const noexcept { return store_; }
-    const std::u16string& folderId() const noexcept { return folderId_; }
+    const std::u16string& folderId() const noexcept { return listed_ ? listed_.folderId() : folderId_; }
 
     void requireAlive() const;
     bool isAlive() const noexcept { return alive_; }
     bool isDirty() const noexcept { return dirty_; }
-    bool isSaved() const noexcept { return !record_.head.entryId.empty(); }
+    bool isSaved() const noexcept { return !head().entryId.empty(); }
     bool isShown() const noexcept;  ///< a window shows it
     bool hasChanges() const;        ///< its own, or its window's, that were not saved
 
-    const mailstore::ItemHead& head() const noexcept { return record_.head; }
+    const mailstore::ItemHead& head() const noexcept { return listed_ ? listed_.head() : record_.head; }
     /// The item's values; lists of recipients and attachments stand beside.
     const mailstore::ItemRecord& record();
     /// The same, to be changed: the item counts as changed.
@@ -121,6 +121,7 @@ public:
     InspectorObject* inspector = nullptr;
 
 private:
+    void detach();
     void load();
     void take(mailstore::ItemRecord record);
     void setText(mailstore::BodyKind kind, std::u16string source);
@@ -134,6 +135,7 @@ private:
 
     std::shared_ptr<HostCore> core_;
     std::shared_ptr<OpenStore> store_;
+    ListedHead listed_;  // the item's head and folder as they were read, until it gets a head of its own
     std::u16string folderId_;
     mailstore::ItemRecord record_;
     std::vector<Recipient> recipients_;

@@ -18,7 +18,7 @@ constexpr std::int32_t contactClass = 40, appointmentClass = 26, taskClass = 48,
 }  // namespace
 
 bool ItemState::isAlwaysRich() const noexcept {
-    const std::int32_t number = record_.head.itemClass;
+    const std::int32_t number = head().itemClass;
     return number == contactClass || number == appointmentClass || number == taskClass;
 }
 
@@ -29,7 +29,7 @@ BodyKind ItemState::editorKind() {
 }
 
 bool ItemState::isWordEdited() const noexcept {
-    const std::int32_t number = record_.head.itemClass;
+    const std::int32_t number = head().itemClass;
     return core_->options.editor == EditorKind::Word && (number == mailClass || number == postClass);
 }
 

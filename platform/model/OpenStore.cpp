@@ -67,44 +67,45 @@ std::shared_ptr<const FolderHeads> OpenStore::heads(std::u16string_view folderId
     dropStale();
     if (const auto known = heads_.find(folderId); known != heads_.end()) return known->second;
     auto read = std::make_shared<FolderHeads>(FolderHeads{std::u16string(folderId), store_->itemHeads(folderId)});
-    places_.reserve(places_.size() + read->items.size());
-    for (std::size_t i = 0; i < read->items.size(); ++i) places_.insert_or_assign(read->items[i].entryId, Place{read, i});
+    places_.add(read);
     heads_.emplace(read->folderId, read);
     return read;
 }
 
-std::optional<OpenStore::Located> OpenStore::find(std::u16string_view entryId) {
+ListedHead OpenStore::find(std::u16string_view entryId) {
     dropStale();
-    if (const auto known = places_.find(entryId); known != places_.end()) {
-        return Located{known->second.folder->items[known->second.index], known->second.folder->folderId};
-    }
+    if (ListedHead known = places_.find(entryId)) return known;
     auto head = store_->findItem(entryId);
-    if (!head) return std::nullopt;
-    Located located{std::move(*head), store_->folderOfItem(entryId)};
-    misses_ = located.folderId == lastMissFolder_ ? misses_ + 1 : 1;
-    lastMissFolder_ = located.folderId;
+    if (!head) return {};
+    auto alone = std::make_shared<FolderHeads>();
+    alone->folderId = store_->folderOfItem(entryId);
+    alone->items.push_back(std::move(*head));
+    misses_ = alone->folderId == lastMissFolder_ ? misses_ + 1 : 1;
+    lastMissFolder_ = alone->folderId;
     if (misses_ >= missesOfAWalk) {
         misses_ = 0;
-        heads(located.folderId);
+        heads(alone->folderId);
     }
-    return located;
+    return {std::move(alone), 0};
 }
 
 std::vector<std::shared_ptr<ItemState>> OpenStore::liveStates(std::u16string_view entryId) const {
     std::vector<std::shared_ptr<ItemState>> states;
-    const auto [first, last] = live_.equal_range(entryId);
+    if (live_.empty()) return states;
+    const auto [first, last] = live_.equal_range(TextHash{}(entryId));
     for (auto entry = first; entry != last; ++entry) {
+        if (entry->second->head().entryId != entryId) continue;
         if (auto state = entry->second->weak_from_this().lock()) states.push_back(std::move(state));
     }
     return states;
 }
 
 void OpenStore::registerState(ItemState& state) {
-    live_.emplace(state.head().entryId, &state);
+    live_.emplace(TextHash{}(state.head().entryId), &state);
 }
 
 void OpenStore::forgetState(const ItemState& state) noexcept {
-    const auto [first, last] = live_.equal_range(std::u16string_view(state.head().entryId));
+    const auto [first, last] = live_.equal_range(TextHash{}(state.head().entryId));
     for (auto entry = first; entry != last; ++entry) {
         if (entry->second != &state) continue;
         live_.erase(entry);

@@ -12,6 +12,7 @@
 
 #include "mailstore/MailStore.h"
 #include "model/FolderRights.h"
+#include "model/HeadIndex.h"
 
 namespace lorvane::model {
 
@@ -23,12 +24,6 @@ struct TextHash {
 };
 template <class T>
 using TextMap = std::unordered_map<std::u16string, T, TextHash, std::equal_to<>>;
-
-/// The heads of a folder's items as they stood at one change count.
-struct FolderHeads {
-    std::u16string folderId;
-    std::vector<mailstore::ItemHead> items;
-};
 
 /// A store that is open in the host: the store itself, the user's rights, what was read of it while its change count stands still, and the items in use.
 class OpenStore {
@@ -53,12 +48,8 @@ public:
     /// The heads of a folder, one query for as long as nothing in the store changes.
     std::shared_ptr<const FolderHeads> heads(std::u16string_view folderId);
 
-    struct Located {
-        mailstore::ItemHead head;
-        std::u16string folderId;
-    };
-    /// An item's head by identity; empty where there is none. A folder whose items are asked for one after the other is read in one query.
-    std::optional<Located> find(std::u16string_view entryId);
+    /// An item's head by identity; Nothing where there is none. A folder whose items are asked for one after the other is read in one query.
+    ListedHead find(std::u16string_view entryId);
 
     /// The states that objects hold of an identity.
     std::vector<std::shared_ptr<ItemState>> liveStates(std::u16string_view entryId) const;
@@ -66,11 +57,6 @@ public:
     void forgetState(const ItemState& state) noexcept;
 
 private:
-    struct Place {
-        std::shared_ptr<const FolderHeads> folder;
-        std::size_t index;
-    };
-
     void dropStale();
     [[noreturn]] void refuse(std::u16string_view folderId, std::u16string_view what) const;
 
@@ -81,10 +67,10 @@ private:
     std::uint64_t readAt_ = 0;
     TextMap<std::shared_ptr<const mailstore::FolderRecord>> folders_;
     TextMap<std::shared_ptr<const FolderHeads>> heads_;
-    std::unordered_map<std::u16string_view, Place> places_;  // keys lie in the heads that the places hold
+    HeadIndex places_;
     std::u16string lastMissFolder_;
     int misses_ = 0;
-    std::unordered_multimap<std::u16string, ItemState*, TextHash, std::equal_to<>> live_;
+    std::unordered_multimap<std::size_t, ItemState*> live_;  // by the hash of their identity, which they hold themselves
 };
 
 }  // namespace lorvane::model

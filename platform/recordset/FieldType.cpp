@@ -1,5 +1,6 @@
 #include "recordset/FieldType.h"
 
+#include <array>
 #include <limits>
 #include <vector>
 
@@ -57,11 +58,17 @@ constexpr TypeRow types[] = {
     {data_type::LongVarBinary, Storage::Exact, 0},
 };
 
+// By number: one more than its place in the table, 0 for a number that is no type.
+constexpr auto placeOfType = [] {
+    std::array<std::uint8_t, 256> places{};
+    for (std::size_t i = 0; i < std::size(types); ++i) places[static_cast<std::size_t>(types[i].type)] = static_cast<std::uint8_t>(i + 1);
+    return places;
+}();
+
 const TypeRow* rowOf(std::int32_t type) noexcept {
-    for (const TypeRow& row : types) {
-        if (row.type == type) return &row;
-    }
-    return nullptr;
+    if (type < 0 || static_cast<std::size_t>(type) >= placeOfType.size()) return nullptr;
+    const std::uint8_t place = placeOfType[static_cast<std::size_t>(type)];
+    return place == 0 ? nullptr : &types[place - 1];
 }
 
 Variant convertedNumber(const TypeRow& type, const Variant& value) {
@@ -208,6 +215,12 @@ Variant convertedFor(const FieldDefinition& definition, const Variant& value) {
         throw;
     }
     raise(error::WrongValueType);
+}
+
+bool isTextFor(const FieldDefinition& definition, const Variant& value) noexcept {
+    const TypeRow* row = rowOf(definition.type);
+    if (!row || row->storage != Storage::Text || value.kind() != Variant::Kind::Text) return false;
+    return !row->limited || value.text().size() <= static_cast<std::size_t>(std::max(definition.definedSize, 0));
 }
 
 std::optional<DateTime> dateFromText(std::u16string_view text) {

@@ -54,6 +54,9 @@ FieldDefinition completed(FieldDefinition definition);
 /// Raises `MultipleStep` for what is too long, out of range, or Null where the field takes none; `WrongValueType` for what cannot be converted.
 host::Variant convertedFor(const FieldDefinition& definition, const host::Variant& value);
 
+/// Whether a value is text that the field keeps as it is; false too where only the conversion can tell.
+bool isTextFor(const FieldDefinition& definition, const host::Variant& value) noexcept;
+
 /// A date as a person writes it between "#" signs: "8/24/95", "2028-01-10 09:00", "1/10/2028 9:00 PM". Month first. Empty where it is none.
 std::optional<host::DateTime> dateFromText(std::u16string_view text);
 

@@ -8,6 +8,7 @@
 
 #include "host/TextFunctions.h"
 #include "recordset/Errors.h"
+#include "recordset/TextScan.h"
 #include "recordset/TextSort.h"
 
 namespace lorvane::recordset {
@@ -17,10 +18,6 @@ using host::Variant;
 namespace {
 
 constexpr std::size_t rowsOfBlock = 4096;  // liveInBlock_ counts fit 16 bits
-
-CellState stateOf(const Variant& value) noexcept {
-    return value.isEmpty() ? CellState::Empty : value.isNull() ? CellState::Null : CellState::Value;
-}
 
 std::uint64_t nextId() noexcept {
     static std::atomic<std::uint64_t> last{0};
@@ -40,6 +37,10 @@ std::u16string_view textOf(const Variant& value) {
 }
 
 }  // namespace
+
+CellState stateOf(const Variant& value) noexcept {
+    return value.isEmpty() ? CellState::Empty : value.isNull() ? CellState::Null : CellState::Value;
+}
 
 Table::Table(std::vector<FieldDefinition> fields) : id_(nextId()), fields_(std::move(fields)), origins_(fields_.size()), orders_(fields_.size()) {
     for (const FieldDefinition& field : fields_) {
@@ -130,7 +131,7 @@ void Table::traceRow(RowId row) {
         const auto* const own = textColumn(field);
         const auto* const theirs = source->textColumn(field);
         if (!own || !theirs || own->state(row) != CellState::Value || theirs->state(lastRead.row) != CellState::Value) continue;
-        if (own->text(row) == theirs->text(lastRead.row)) origins_[field].add(row, *source, field, lastRead.row);
+        if (sameUnits(own->text(row), theirs->text(lastRead.row))) origins_[field].add(row, *source, field, lastRead.row);
     }
 }
 
@@ -143,30 +144,51 @@ const TextColumn& Table::searchableColumn(std::size_t field) const {
     return column;
 }
 
+void Table::appendCell(std::size_t field, const NewCell& cell) {
+    if (auto* column = std::get_if<TextColumn>(&columns_[field]))
+        column->append(cell.state, cell.text);
+    else
+        std::get<std::vector<Variant>>(columns_[field]).push_back(cell.plain ? *cell.plain : Variant());
+}
+
+void Table::takeBackCell(std::size_t field) noexcept {
+    if (auto* column = std::get_if<TextColumn>(&columns_[field]))
+        column->removeLast();
+    else
+        std::get<std::vector<Variant>>(columns_[field]).pop_back();
+}
+
+void Table::dropOrders() noexcept {
+    for (KeptOrder& kept : orders_) {
+        if (kept.collation || kept.sortedWithout != 0) kept = {};
+    }
+}
+
 RowId Table::append(std::span<const Variant> values, RowState state) {
+    std::vector<NewCell> cells;
+    cells.reserve(values.size());
+    for (std::size_t field = 0; field < values.size(); ++field) {
+        if (textColumn(field))
+            cells.push_back({stateOf(values[field]), textOf(values[field])});
+        else
+            cells.push_back({stateOf(values[field]), {}, &values[field]});
+    }
+    return append(cells, state);
+}
+
+RowId Table::append(std::span<const NewCell> cells, RowState state) {
     if (rowCount() >= std::numeric_limits<std::int32_t>::max()) raise(error::MultipleStep);  // positions are 32-bit
     announce();
     const auto row = static_cast<RowId>(rowCount());
     std::size_t field = 0;
     try {
-        for (; field < columns_.size(); ++field) {
-            if (auto* column = std::get_if<TextColumn>(&columns_[field]))
-                column->append(stateOf(values[field]), textOf(values[field]));
-            else
-                std::get<std::vector<Variant>>(columns_[field]).push_back(values[field]);
-        }
+        for (; field < columns_.size(); ++field) appendCell(field, cells[field]);
     } catch (const host::HostError&) {
-        // A column that is full leaves no half row behind.
-        while (field-- > 0) {
-            if (auto* column = std::get_if<TextColumn>(&columns_[field]))
-                column->removeLast();
-            else
-                std::get<std::vector<Variant>>(columns_[field]).pop_back();
-        }
+        while (field-- > 0) takeBackCell(field);  // a column that is full leaves no half row behind
         throw;
     }
     traceRow(row);
-    for (KeptOrder& kept : orders_) kept = {};
+    dropOrders();
     states_.push_back(state);
     if (row % 64 == 0) live_.grow(row + std::size_t{64});
     if (row % rowsOfBlock == 0) liveInBlock_.push_back(0);

@@ -22,6 +22,9 @@ class Collation;
 /// What became of a row since the table's changes were last settled, by the platform's numbers.
 enum class RowState : std::uint8_t { New = 1, Modified = 2, Deleted = 4, Unmodified = 8 };
 
+/// What a cell with this value holds.
+CellState stateOf(const host::Variant& value) noexcept;
+
 /// The rows behind a recordset and its clones: one column a field, rows in insertion order, deleted rows kept in their place and marked.
 ///
 /// A cell is Empty (never assigned), Null or a value. The values that rows had before they were modified or deleted stay readable, for the persisted form.
@@ -65,6 +68,14 @@ public:
     /// The cell of any field that is not kept as text.
     const host::Variant& plainValue(RowId row, std::size_t field) const { return std::get<std::vector<host::Variant>>(columns_[field])[row]; }
 
+    /// Fetches a row's cell into the cache in front of its use, or the text of one whose cell is there. Nothing for a field that is not kept as text.
+    void prefetchCell(RowId row, std::size_t field) const noexcept {
+        if (const TextColumn* column = textColumn(field)) column->prefetchCell(row);
+    }
+    void prefetchText(RowId row, std::size_t field) const noexcept {
+        if (const TextColumn* column = textColumn(field)) column->prefetchText(row);
+    }
+
     /// Tells that a value of the row was handed out: a row that is added next, to whatever table of this thread, may be its copy.
     void noteRead(RowId row) const;
     /// Where the texts of a field were copied from.
@@ -72,7 +83,15 @@ public:
     /// The column of a text field, ready to be searched: with what its origin has made for that.
     const TextColumn& searchableColumn(std::size_t field) const;
 
-    /// Adds a row, one value a field as `convertedFor` gives it, and returns its number.
+    /// What a new row holds in a field: its text, in place, where the field is kept as text; else a value as `convertedFor` gives it.
+    struct NewCell {
+        CellState state = CellState::Empty;
+        std::u16string_view text;
+        const host::Variant* plain = nullptr;
+    };
+    /// Adds a row, one cell a field, and returns its number.
+    RowId append(std::span<const NewCell> cells, RowState state = RowState::New);
+    /// The same of values as `convertedFor` gives them.
     RowId append(std::span<const host::Variant> values, RowState state = RowState::New);
     /// Assigns the values that are there. An unmodified row becomes modified, a new one stays new.
     void change(RowId row, std::span<const std::optional<host::Variant>> values);
@@ -111,6 +130,9 @@ private:
     void setCell(RowId row, std::size_t field, const host::Variant& value);
     void keepOriginal(RowId row);
     void traceRow(RowId row);
+    void dropOrders() noexcept;
+    void appendCell(std::size_t field, const NewCell& cell);
+    void takeBackCell(std::size_t field) noexcept;
     void announce();
     void notify(RowId row) noexcept;
 

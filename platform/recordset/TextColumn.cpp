@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 #include "host/TextFunctions.h"
 #include "recordset/Errors.h"
@@ -13,6 +14,8 @@ namespace lorvane::recordset {
 namespace {
 
 constexpr std::size_t rowsOfBlock = 1024;
+constexpr std::size_t shortestShared = 8;  // units
+constexpr std::uint32_t plainBit = 4, sharedBit = 8;
 
 const std::array<char16_t, 256>& lowFolds() {
     static const auto table = [] {
@@ -74,7 +77,7 @@ void TextColumn::append(CellState state, std::u16string_view text) {
 void TextColumn::assign(RowId row, CellState state, std::u16string_view text) {
     const Cell made = store(state, text);
     ++edition_;
-    abandoned_ += length(row);
+    abandon(row);
     cells_[row] = made;
     if (row / rowsOfBlock < blocks_.size()) blocks_[row / rowsOfBlock].reset();
     if (abandoned_ > 65536 && abandoned_ > units_.size() / 2) compact();
@@ -82,7 +85,7 @@ void TextColumn::assign(RowId row, CellState state, std::u16string_view text) {
 
 void TextColumn::removeLast() noexcept {
     const std::size_t block = (cells_.size() - 1) / rowsOfBlock;
-    abandoned_ += length(static_cast<RowId>(cells_.size() - 1));
+    abandon(static_cast<RowId>(cells_.size() - 1));
     cells_.pop_back();
     ++edition_;
     if (block < blocks_.size()) blocks_[block].reset();
@@ -90,22 +93,27 @@ void TextColumn::removeLast() noexcept {
 
 TextColumn::Cell TextColumn::store(CellState state, std::u16string_view text) {
     if (state != CellState::Value) return {0, static_cast<std::uint32_t>(state)};
+    if (text.size() >= shortestShared && sameUnits(text, {units_.data() + last_.offset, last_.length()})) {
+        return {last_.offset, last_.packed | sharedBit};
+    }
     if (text.size() > longest || units_.size() + text.size() > UINT32_MAX) raise(error::MultipleStep);
     const Cell cell{static_cast<std::uint32_t>(units_.size()),
-                    static_cast<std::uint32_t>(text.size() << 3) | static_cast<std::uint32_t>(isPlain(text) ? 4 : 0) | static_cast<std::uint32_t>(state)};
+                    static_cast<std::uint32_t>(text.size() << 4) | (isPlain(text) ? plainBit : 0U) | static_cast<std::uint32_t>(state)};
     units_.append(text);
-    return cell;
+    return last_ = cell;
+}
+
+void TextColumn::abandon(RowId row) noexcept {
+    if ((cells_[row].packed & sharedBit) == 0) abandoned_ += length(row);
 }
 
 void TextColumn::compact() {
-    std::u16string kept;
-    kept.reserve(units_.size() - abandoned_);
-    for (RowId row = 0; row < cells_.size(); ++row) {
-        const std::u16string_view own = text(row);
-        cells_[row].offset = static_cast<std::uint32_t>(kept.size());
-        kept.append(own);
+    const std::u16string old = std::exchange(units_, {});
+    units_.reserve(old.size() - abandoned_);
+    last_ = {0, 0};
+    for (Cell& cell : cells_) {
+        if ((cell.packed & 3) == static_cast<std::uint32_t>(CellState::Value)) cell = store(CellState::Value, {old.data() + cell.offset, cell.length()});
     }
-    units_ = std::move(kept);
     abandoned_ = 0;
 }
 

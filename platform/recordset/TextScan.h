@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -15,6 +16,11 @@ inline constexpr char16_t rowSeparator = u'A';
 
 /// Units that must be readable behind the end of what `findRows` searches, and writable behind what `foldPlain` writes.
 inline constexpr std::size_t scanSlack = 80;
+
+/// Whether two texts are the same units. The comparison of character strings goes unit by unit.
+inline bool sameUnits(std::u16string_view a, std::u16string_view b) noexcept {
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+}
 
 /// Whether every unit is below U+0080.
 bool isPlain(std::u16string_view text) noexcept;

@@ -14,6 +14,8 @@ namespace {
 // Up to so many changed rows are put right one by one; with more the index is made anew.
 constexpr std::size_t mendable = 64;
 
+constexpr std::size_t largestKeptRoom = 4096;  // units of an edited text that stay for the next row
+
 }  // namespace
 
 View::View(std::shared_ptr<Table> table, std::shared_ptr<const Collation> collation) : table_(std::move(table)), collation_(std::move(collation)) {
@@ -187,9 +189,25 @@ void View::moveLast() {
     goTo(count() - 1);
 }
 
+// Whether the index is as the rows are, and the current row stands where it was last seen.
+bool View::isWalkable() const noexcept {
+    return indexState_ == (sort_.empty() ? IndexState::Rows : IndexState::Ordered) && changed_.empty() && cursor_.hint < index_.size() &&
+           index_[cursor_.hint] == cursor_.row;
+}
+
 void View::moveNext() {
     finishEdit();
     resolve();
+    if (cursor_.place == Place::Row && isIndexed() && isWalkable()) {
+        const std::size_t next = cursor_.hint + 1;
+        if (next == index_.size()) {
+            cursor_.place = Place::Eof;
+            return;
+        }
+        cursor_ = {Place::Row, index_[next], next};
+        readAhead_.moveTo(*table_, index_, next);
+        return;
+    }
     if (cursor_.place == Place::Eof || (cursor_.place == Place::Bof && count() == 0)) raise(error::NoCurrentRecord);
     if (cursor_.place == Place::Bof) return goTo(0);
     if (isIndexed()) {
@@ -251,29 +269,58 @@ RowId View::currentRow() {
     return cursor_.row;
 }
 
+Variant View::editedValue(std::size_t field) const {
+    const Edit& edit = edit_[field];
+    if (!table_->textColumn(field)) return edit.plain;
+    return edit.state == CellState::Value ? Variant(edit.text) : edit.state == CellState::Null ? Variant::null() : Variant();
+}
+
 Variant View::value(std::size_t field) {
-    if (editMode_ == EditMode::Add) return edit_[field].value_or(Variant());
+    if (editMode_ == EditMode::Add) return editedValue(field);
     const RowId row = currentRow();
-    if (editMode_ == EditMode::InProgress && edit_[field]) return *edit_[field];
+    if (editMode_ == EditMode::InProgress && edit_[field].assigned) return editedValue(field);
     table_->noteRead(row);
+    readAhead_.note(*table_, row, field);
     return table_->value(row, field);
+}
+
+void View::clearEdit() {
+    edit_.resize(table_->fields().size());
+    for (Edit& edit : edit_) {
+        if (!edit.assigned) continue;
+        edit.assigned = false;
+        edit.state = CellState::Empty;
+        edit.plain = {};
+        if (edit.text.capacity() > largestKeptRoom) edit.text = {};
+    }
 }
 
 void View::setValue(std::size_t field, const Variant& value) {
     if (editMode_ != EditMode::Add) currentRow();
-    Variant converted = convertedFor(table_->fields()[field], value);
+    const FieldDefinition& definition = table_->fields()[field];
+    const bool isTextField = table_->textColumn(field) != nullptr;
+    std::optional<Variant> converted;
+    if (!isTextField || !isTextFor(definition, value)) converted = convertedFor(definition, value);
     if (editMode_ == EditMode::None) {
-        edit_.assign(table_->fields().size(), std::nullopt);
+        clearEdit();
         editMode_ = EditMode::InProgress;
     }
-    edit_[field] = std::move(converted);
+    Edit& edit = edit_[field];
+    edit.assigned = true;
+    if (!isTextField) {
+        edit.plain = std::move(*converted);
+        return;
+    }
+    const Variant& text = converted ? *converted : value;
+    edit.state = stateOf(text);
+    if (edit.state == CellState::Value) edit.text = text.text();
 }
 
 void View::addNew() {
     finishEdit();
     resolve();
     cursorBeforeAdd_ = cursor_;
-    edit_.assign(table_->fields().size(), std::nullopt);
+    clearEdit();
     editMode_ = EditMode::Add;
 }
 
@@ -295,12 +342,17 @@ void View::update() {
 }
 
 void View::commitAdded() {
-    std::vector<Variant> values;
-    values.reserve(edit_.size());
-    for (auto& value : edit_) values.push_back(value ? std::move(*value) : Variant());
+    newCells_.clear();
+    for (std::size_t field = 0; field < edit_.size(); ++field) {
+        const Edit& edit = edit_[field];
+        if (table_->textColumn(field))
+            newCells_.push_back({edit.state, edit.state == CellState::Value ? std::u16string_view(edit.text) : std::u16string_view()});
+        else
+            newCells_.push_back({stateOf(edit.plain), {}, &edit.plain});
+    }
     editMode_ = EditMode::None;
     cursor_ = cursorBeforeAdd_;
-    const RowId row = table_->append(values);
+    const RowId row = table_->append(newCells_);
     cursor_ = {belongs(row) ? Place::Row : Place::Eof, row, 0};
 }
 
@@ -308,7 +360,11 @@ void View::commitChanged() {
     editMode_ = EditMode::None;
     const RowId row = currentRow();
     const Spot before = filter_ ? locate() : Spot{0, false};
-    table_->change(row, edit_);
+    std::vector<std::optional<Variant>> values(edit_.size());
+    for (std::size_t field = 0; field < edit_.size(); ++field) {
+        if (edit_[field].assigned) values[field] = editedValue(field);
+    }
+    table_->change(row, values);
     // A row that the filter no longer lets in leaves at once, and the one behind it is current.
     if (before.isThere && !belongs(row)) goBehind(before.position);
 }

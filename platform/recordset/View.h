@@ -9,6 +9,7 @@
 
 #include "host/Variant.h"
 #include "recordset/Criteria.h"
+#include "recordset/ReadAhead.h"
 #include "recordset/RowOrder.h"
 #include "recordset/Table.h"
 
@@ -90,6 +91,10 @@ private:
     Spot locate();
     RowId currentRow();
     void finishEdit();
+    bool isWalkable() const noexcept;
+
+    void clearEdit();
+    host::Variant editedValue(std::size_t field) const;
 
     void buildIndex();
     void ensureIndex();
@@ -115,9 +120,20 @@ private:
     std::vector<RowId> changed_;   // rows to be mended in the index
     bool observing_ = false;
 
+    // A field of the row in edit. Its text keeps its room from row to row.
+    struct Edit {
+        bool assigned = false;
+        CellState state = CellState::Empty;
+        std::u16string text;  // of a field that is kept as text
+        host::Variant plain;  // of any other
+    };
+
     Cursor cursor_, cursorBeforeAdd_;
     EditMode editMode_ = EditMode::None;
-    std::vector<std::optional<host::Variant>> edit_;
+    std::vector<Edit> edit_;                // one a field
+    std::vector<Table::NewCell> newCells_;  // of the row being added
+
+    ReadAhead readAhead_;
 };
 
 }  // namespace lorvane::recordset

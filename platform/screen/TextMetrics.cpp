@@ -1,6 +1,7 @@
 #include "screen/TextMetrics.h"
 
 #include <algorithm>
+#include <array>
 
 namespace lorvane::screen {
 
@@ -8,7 +9,7 @@ namespace {
 
 constexpr int twipsPerPixel = 15;
 
-int unitWidth(char16_t unit) noexcept {
+constexpr int computedWidth(char16_t unit) noexcept {
     constexpr std::u16string_view narrow = u" !'(),.:;I[]`fijlrt|", wide = u"%@MWmw";
     if (unit < 0x20 || (unit >= 0x300 && unit < 0x370)) return 0;  // controls and combining marks
     if ((unit & 0xFC00) == 0xDC00) return 0;                       // the high surrogate carries the width of the pair
@@ -17,6 +18,16 @@ int unitWidth(char16_t unit) noexcept {
     if (wide.find(unit) != std::u16string_view::npos) return 10 * twipsPerPixel;
     if (unit >= u'A' && unit <= u'Z') return 8 * twipsPerPixel;
     return 6 * twipsPerPixel;
+}
+
+constexpr auto plainWidths = [] {
+    std::array<int, 128> widths{};
+    for (std::size_t unit = 0; unit < widths.size(); ++unit) widths[unit] = computedWidth(static_cast<char16_t>(unit));
+    return widths;
+}();
+
+int unitWidth(char16_t unit) noexcept {
+    return unit < plainWidths.size() ? plainWidths[unit] : computedWidth(unit);
 }
 
 struct Size {
@@ -55,9 +66,9 @@ void publish(host::Property<std::int32_t>& property, std::int32_t value) {
 }  // namespace
 
 double textWidth(std::u16string_view text) noexcept {
-    double width = 0;
+    std::int64_t width = 0;
     for (const char16_t unit : text) width += unitWidth(unit);
-    return width;
+    return static_cast<double>(width);
 }
 
 void publishSizes(host::Form& form) {

@@ -8,6 +8,7 @@
 #include "host/basGlobals.h"
 #include "store/Categories.h"
 #include "store/TemplateFolders.h"
+#include "store/TemplateRows.h"
 #include "store/frmProgress.h"
 
 namespace lorvane::store {
@@ -19,7 +20,8 @@ namespace {
 constexpr std::int32_t tableFieldSize = 1000;
 constexpr std::ptrdiff_t listSubjectWidth = 600;
 
-/// How far a walk over both folders has come. The counter counts admitted items and is a 16-bit number: at its limit it stands still.
+/// How far a walk over both folders has come. The counter counts admitted items and is a 16-bit number: at its limit it stands still, since the error of
+/// counting on is ignored.
 struct WalkProgress {
     std::int16_t counter = 0;
     std::int32_t total = 0;
@@ -29,8 +31,7 @@ struct WalkProgress {
         if (counter == 0) counter = 1;
     }
     void countOne() {
-        if (counter == std::numeric_limits<std::int16_t>::max()) throw HostError(runtime_error::Overflow);
-        ++counter;
+        if (counter != std::numeric_limits<std::int16_t>::max()) ++counter;
     }
 };
 
@@ -44,36 +45,26 @@ constexpr std::u16string_view noSharedPermission =
     u"You do not have permission to access the shared folder. Please select another folder from the Lorvane Settings screen.";
 
 bool isTemplate(const MailItem& item) {
-    const std::u16string messageClass = item.MessageClass();
-    return (messageClass == u"IPM.Note" || messageClass == u"IPM.Post") && !IsEncryptedEmail(item);
+    const Variant messageClass = asText(item.get(Member::MessageClass));
+    return (messageClass.text() == u"IPM.Note" || messageClass.text() == u"IPM.Post") && !IsEncryptedEmail(item);
 }
 
-void storeSubject(const Field& field, const std::u16string& subject) {
-    if (subject.empty()) {
+void storeSubject(const RowField& field, const Variant& subject) {
+    if (subject.text().empty()) {
         field.Value(u"NO SUBJECT");
         return;
     }
     if (!ignoringErrors([&] { field.Value(subject); })) field.Value(u"[Subject could not be read. It may be corrupted]");
 }
 
-/// The fields of a template table, looked up once for a walk.
-struct TemplateFields {
-    explicit TemplateFields(const Recordset& table)
-        : entryId(table.Fields(u"strEntryID")),
-          storeId(table.Fields(u"strStoreID")),
-          subject(table.Fields(u"strSubject")),
-          categories(table.Fields(u"strCategories")) {}
-    Field entryId, storeId, subject, categories;
-};
-
 void addTemplate(const MailItem& item, const Recordset& templates, const TemplateFields& fields, const Recordset& categories) {
     templates.AddNew();
     try {
-        fields.entryId.Value(item.EntryID());
+        fields.entryId.Value(asText(item.get(Member::EntryID)));
         fields.storeId.Value(item.Parent().StoreID());
-        storeSubject(fields.subject, item.Subject());
-        fields.categories.Value(item.Categories());
-        AddCategoriesToList(fields.categories.text(), categories);
+        storeSubject(fields.subject, asText(item.get(Member::Subject)));
+        fields.categories.Value(asText(item.get(Member::Categories)));
+        AddCategoriesToList(asText(fields.categories.Value()).text(), categories);
         templates.Update();
     } catch (const HostError&) {
         templates.CancelUpdate();  // an item that fails on the way leaves no row
@@ -174,20 +165,22 @@ void LoadTemplateList(const MAPIFolder& privateFolder, const MAPIFolder& sharedF
 }
 
 bool IsEncryptedEmail(const MailItem& item) {
-    return !ignoringErrors([&] { item.EntryID(); });
+    return !ignoringErrors([&] { asText(item.get(Member::EntryID)); });
 }
 
 void CopyTemplateRecords(const Recordset& source, const Recordset& target, bool addSuffix) {
     if (source && source.RecordCount() > 0) {
         const TemplateFields from(source);
         const TemplateFields to(target);
-        for (source.MoveFirst(); !source.EndOfFile(); source.MoveNext()) {
-            target.AddNew();
+        const TableRows rows(source), added(target);
+        for (rows.MoveFirst(); !rows.EndOfFile(); rows.MoveNext()) {
+            added.AddNew();
             to.entryId.Value(from.entryId.Value());
             to.storeId.Value(from.storeId.Value());
-            to.subject.Value(addSuffix ? from.subject.text() + u" (Shared)" : from.subject.text());
+            const Variant subject = asText(from.subject.Value());
+            to.subject.Value(addSuffix ? Variant(subject.text() + u" (Shared)") : subject);
             to.categories.Value(from.categories.Value());
-            target.Update();
+            added.Update();
         }
     }
     if (target.RecordCount() > 0) target.MoveFirst();

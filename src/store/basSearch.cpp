@@ -1,8 +1,11 @@
 #include "store/basSearch.h"
 
+#include <algorithm>
+
 #include "host/Guards.h"
 #include "host/TextFunctions.h"
 #include "store/TemplateList.h"
+#include "store/TemplateRows.h"
 
 namespace lorvane::store {
 
@@ -19,15 +22,22 @@ std::u16string anywhereIn(std::u16string_view field, std::u16string_view text) {
 }
 
 void copyRowsOfCategory(const Recordset& source, const Recordset& target, std::u16string_view category) {
-    constexpr std::u16string_view names[] = {u"strEntryID", u"strStoreID", u"strSubject", u"strCategories"};
-    const Field from[] = {source.Fields(names[0]), source.Fields(names[1]), source.Fields(names[2]), source.Fields(names[3])};
-    const Field to[] = {target.Fields(names[0]), target.Fields(names[1]), target.Fields(names[2]), target.Fields(names[3])};
-    for (source.MoveFirst(); !source.EndOfFile(); source.MoveNext()) {
-        if (!CategoryInTemplateCategories(category, from[3].text())) continue;
-        target.AddNew();
-        for (std::size_t field = 0; field < std::size(names); ++field) to[field].Value(from[field].Value());
-        target.Update();
+    const TemplateFields from(source);
+    const TemplateFields to(target);
+    const TableRows rows(source), added(target);
+    for (rows.MoveFirst(); !rows.EndOfFile(); rows.MoveNext()) {
+        if (!CategoryInTemplateCategories(category, asText(from.categories.Value()).text())) continue;
+        added.AddNew();
+        to.entryId.Value(from.entryId.Value());
+        to.storeId.Value(from.storeId.Value());
+        to.subject.Value(from.subject.Value());
+        to.categories.Value(from.categories.Value());
+        added.Update();
     }
+}
+
+bool sameInUpperCase(std::u16string_view a, std::u16string_view b) {
+    return std::ranges::equal(a, b, [](char16_t x, char16_t y) { return x == y || upperUnit(x) == upperUnit(y); });
 }
 
 }  // namespace
@@ -59,13 +69,11 @@ Recordset FilterEmailSubjectAndCategory(const Recordset& table, std::u16string_v
 }
 
 bool CategoryInTemplateCategories(std::u16string_view category, std::u16string_view list) {
-    const std::u16string sought = UCase(category);
     bool found = false;
-    for (std::size_t start = 1; start != 0;) {
-        const std::size_t comma = InStr(start, list, u",");
-        const std::u16string_view piece = Trim(comma == 0 ? Mid(list, start) : Mid(list, start, comma - start));
-        if (UCase(piece) == sought) found = true;
-        start = comma == 0 ? 0 : comma + 1;
+    std::size_t comma = 0;
+    for (std::size_t start = 0; comma != std::u16string_view::npos; start = comma + 1) {
+        comma = list.find(u',', start);
+        if (sameInUpperCase(Trim(list.substr(start, comma - start)), category)) found = true;
     }
     return found;
 }

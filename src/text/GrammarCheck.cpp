@@ -68,11 +68,22 @@ void overPieces(TagPieces& pieces) {
     }
 }
 
+/// Whether one of the words stands in the text. Looked for in ever longer parts, since a text that holds one often holds it soon, and not the first of them.
+bool holdsWord(std::u16string_view text) {
+    constexpr std::size_t reach = 16;  // the words are shorter
+    for (std::size_t length = 4096; !text.empty(); length *= 2) {
+        const std::u16string_view part = text.substr(0, length + reach);
+        if (std::ranges::any_of(tagWords, [part](const TagWord& each) { return InStr(1, part, each.word, Compare::IgnoreCase) != 0; })) return true;
+        text = text.substr(std::min(length, text.size()));
+    }
+    return false;
+}
+
 /// Whether a fragment with one of the words can stand in the text at all.
 bool canHoldFragment(std::u16string_view text, std::u16string_view startDelimiter, std::u16string_view endDelimiter) {
     const std::size_t start = InStr(1, text, startDelimiter, Compare::IgnoreCase);
     if (start == 0 || InStr(start, text, endDelimiter, Compare::IgnoreCase) == 0) return false;
-    return std::ranges::any_of(tagWords, [&](const TagWord& each) { return InStr(start, text, each.word, Compare::IgnoreCase) != 0; });
+    return holdsWord(text.substr(start - 1));
 }
 
 }  // namespace

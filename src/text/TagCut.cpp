@@ -98,19 +98,25 @@ private:
         }
     }
 
-    /// The first sign of a mark from there on.
+    /// The first sign of a mark from there on. Written for the compiler to make vector code of it.
     std::size_t nextSign(std::size_t from) const noexcept {
-        constexpr std::size_t block = 32;
         const char16_t a = marks_[startMark].sign, b = marks_[endMark].sign, c = marks_[firstTagMark].sign;
+        from = c == a || c == b ? skipped(from, [a, b](char16_t unit) { return unit == a || unit == b; })
+                                : skipped(from, [a, b, c](char16_t unit) { return unit == a || unit == b || unit == c; });
+        while (from < text_.size() && text_[from] != a && text_[from] != b && text_[from] != c) ++from;
+        return from;
+    }
+
+    /// The first block from there on in which a sign stands, or the rest that is no block.
+    template <class IsSign>
+    std::size_t skipped(std::size_t from, IsSign isSign) const noexcept {
+        constexpr std::size_t block = 64;
         for (; from + block <= text_.size(); from += block) {
             const char16_t* const units = text_.data() + from;
-            std::array<std::uint16_t, block> marks;
-            for (std::size_t i = 0; i < block; ++i) marks[i] = static_cast<std::uint16_t>((units[i] == a) | (units[i] == b) | (units[i] == c));
-            std::uint16_t all = 0;
-            for (const std::uint16_t mark : marks) all |= mark;
-            if (all != 0) break;
+            std::uint16_t any = 0;
+            for (std::size_t i = 0; i < block; ++i) any = static_cast<std::uint16_t>(any | (isSign(units[i]) ? 0xFFFF : 0));
+            if (any != 0) break;
         }
-        while (from < text_.size() && text_[from] != a && text_[from] != b && text_[from] != c) ++from;
         return from;
     }
 

@@ -17,34 +17,37 @@ class TagPieces::Tails {
 public:
     explicit Tails(const TagPieces& pieces);
 
+    using Tail = std::uint64_t;
+
     /// That of the fragment's first piece.
-    std::uint64_t tailOf(std::span<const Symbol> fragment) const;
+    Tail tailOf(std::span<const Symbol> fragment) const;
     /// The start delimiters with this tail, in no order: the first one, and the one behind another.
-    Place first(std::uint64_t tail) const { return withTail(buckets_[bucketOf(tail)], tail); }
-    Place after(Place place) const { return withTail(links_[place].next, tails_[place]); }
+    Place first(Tail tail) const { return withTail(buckets_[bucketOf(tail)], tail); }
+    Place after(Place place) const { return withTail(entries_[place].next, entries_[place].tail); }
 
     /// A piece that is about to leave, or whose symbol is about to change.
     void remove(Place place);
     /// A piece that is new, or has another one behind it than before.
     void enter(Place place);
 
-    bool isTooCostly() const noexcept { return steps_ > 8 * tails_.size(); }
+    bool isTooCostly() const noexcept { return steps_ > 8 * entries_.size(); }
 
 private:
-    struct Links {
+    static constexpr Tail none = 0;  // no end delimiter follows
+
+    struct Entry {
+        Tail tail = none;
         Place next, previous;  // in the bucket; `previous` of a piece that is in none is its own
     };
 
-    static constexpr std::uint64_t none = 0;  // no end delimiter follows
-    static std::uint64_t with(std::uint64_t tail, Symbol symbol) noexcept;
-    std::size_t bucketOf(std::uint64_t tail) const noexcept { return static_cast<std::size_t>(tail >> 20) & (buckets_.size() - 1); }
-    Place withTail(Place place, std::uint64_t tail) const;
+    static Tail with(Tail tail, Symbol symbol) noexcept;
+    std::size_t bucketOf(Tail tail) const noexcept { return static_cast<std::size_t>(tail >> 20) & (buckets_.size() - 1); }
+    Place withTail(Place place, Tail tail) const;
     void setTail(Place place);
 
     const TagPieces& pieces_;
-    std::vector<std::uint64_t> tails_;  // by place
-    std::vector<Links> links_;          // by place
-    std::vector<Place> buckets_;        // the first of each
+    std::vector<Entry> entries_;  // by place
+    std::vector<Place> buckets_;  // the first of each
     std::size_t steps_ = 0;
 };
 

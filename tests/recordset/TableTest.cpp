@@ -36,6 +36,26 @@ TEST(Table, TellsEmptyNullAndTheEmptyTextApart) {
     EXPECT_EQ(table.cellState(2, 0), CellState::Value);
 }
 
+TEST(Table, RowsWithTheSameTextAreChangedEachByItself) {
+    Table table = textTable();
+    std::mt19937 source(7);
+    const std::u16string shared(40, u's');
+    std::vector<std::u16string> texts;
+    for (int i = 0; i < 3000; ++i) {
+        texts.push_back(source() % 8 == 0 ? std::u16string(source() % 60, u'o') : shared);
+        add(table, texts.back());
+    }
+    // Enough of them that the texts nobody has any more are let go several times.
+    for (int i = 0; i < 20000; ++i) {
+        const RowId row = static_cast<RowId>(source() % 3000);
+        texts[row] = source() % 2 == 0 ? shared : std::u16string(source() % 60, static_cast<char16_t>(u'a' + source() % 26));
+        assignFirst(table, row, texts[row]);
+        if (i % 1000 != 0) continue;
+        for (RowId each = 0; each < 3000; ++each) ASSERT_EQ(table.value(each, 0), Variant(texts[each])) << i << " at " << each;
+    }
+    for (RowId each = 0; each < 3000; ++each) ASSERT_EQ(table.value(each, 0), Variant(texts[each])) << each;
+}
+
 TEST(Table, FieldsAreFoundInAnyCase) {
     const Table table({{u"strEntryID", data_type::VarChar, 1000}});
     EXPECT_EQ(table.findField(u"STRENTRYid"), 0u);

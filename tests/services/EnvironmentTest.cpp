@@ -33,9 +33,9 @@ TEST(Environment, ARunCanNameItsUser) {
 }
 
 TEST_F(EnvironmentTest, TheAddInsFolderIsTheRunningPrograms) {
-    const std::u16string folder = environment.get(host::Member::AppPath).toText();
-    EXPECT_EQ(systemPath(folder), std::filesystem::read_symlink("/proc/self/exe").parent_path());
-    EXPECT_FALSE(folder.ends_with(u'\\'));
+    const std::u16string own = environment.get(host::Member::AppPath).toText();
+    EXPECT_EQ(systemPath(own), std::filesystem::read_symlink("/proc/self/exe").parent_path());
+    EXPECT_FALSE(own.ends_with(u'\\'));
 }
 
 TEST(Environment, ARunCanNameTheAddInsFolder) {

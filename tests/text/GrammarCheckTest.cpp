@@ -8,6 +8,7 @@
 
 #include "NaiveGrammarCheck.h"
 #include "host/TextFunctions.h"
+#include "text/TagPieces.h"
 
 namespace lorvane::text {
 namespace {
@@ -58,6 +59,18 @@ TEST(GrammarCheckTest, ComparesInAnyCase) {
 
 TEST(GrammarCheckTest, ReplacesAFragmentWhereverItStands) {
     EXPECT_EQ(cleaned(span(u"Date") + u" and " + span(u"DATE") + u" and " + span(u"date")), u"[Date] and [Date] and [Date]");
+}
+
+TEST(GrammarCheckTest, AWordIsFoundHoweverFarBehindTheStartItStands) {
+    for (const std::size_t far : {4096u, 3 * 4096u}) {
+        for (std::size_t before = far - 40; before < far + 10; ++before) {
+            for (const TagWord& each : tagWords) {
+                const std::u16string filler = std::u16string(before, u'.');
+                EXPECT_EQ(host::toUtf8(cleaned(u"x" + span(filler + std::u16string(each.word)) + u"y")), host::toUtf8(u"x" + std::u16string(each.tag) + u"y"))
+                    << before;
+            }
+        }
+    }
 }
 
 TEST(GrammarCheckTest, LeavesTextWithoutBothDelimitersAlone) {
