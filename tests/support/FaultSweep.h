@@ -49,6 +49,8 @@ struct NamedBox {
 };
 /// The standard error box of a routine.
 NamedBox errorBox(std::u16string_view routine);
+/// What the opening of an Inspector may say.
+inline const NamedBox newInspectorBox{u"Lorvane", u"Error Number: ", host::msgbox::Plain};
 
 /// A command and what has to hold behind it, whatever call failed.
 ///

@@ -21,9 +21,6 @@ bool oneLess(std::size_t before, std::size_t after) {
     return after + 1 == before;
 }
 
-/// What the opening of an Inspector may say.
-const NamedBox newInspectorBox{u"Lorvane", u"Error Number: ", msgbox::Plain};
-
 Object activeInspector(const TestRun& run) {
     return ownApplication(run).ActiveInspector();
 }
