@@ -3,23 +3,13 @@
 #include "WindowRig.h"
 #include "model/HostCore.h"
 #include "model/ModelMembers.h"
+#include "support/ErrorOf.h"
 
 /// What hears of the host's own events, and the connection class's member `gBaseClass` over it.
 namespace lorvane::host {
 namespace {
 
 using namespace support;
-
-template <class Act>
-HostError errorOf(Act&& act) {
-    try {
-        act();
-    } catch (const HostError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no error";
-    return HostError(0, u"");
-}
 
 TEST(BaseClassTest, StopsAtItsLastStatementWithEverythingElseInPlace) {
     TestRun run({.connected = false});

@@ -5,6 +5,7 @@
 
 #include "WindowRig.h"
 #include "host/TextFunctions.h"
+#include "support/ErrorOf.h"
 
 /// The wrappers of the host's Explorers, from the window's opening to its close event.
 namespace lorvane::host {
@@ -82,17 +83,6 @@ TEST_F(ExplorerWrappers, SelectingAndActivatingHaveNoEffect) {
     first.call(Member::Display);
     EXPECT_EQ(run.recorder().lines().size(), afterSelection);
     EXPECT_EQ(explorerKeys(), (Keys{0, 1}));
-}
-
-template <class Act>
-HostError errorOf(Act&& act) {
-    try {
-        act();
-    } catch (const HostError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no error";
-    return HostError(0, u"");
 }
 
 TEST_F(ExplorerWrappers, KillingLetsTheCallersReferenceGo) {

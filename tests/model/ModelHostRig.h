@@ -13,12 +13,14 @@
 #include "model/Driver.h"
 #include "model/ModelHost.h"
 #include "model/ModelMembers.h"
+#include "support/ErrorOf.h"
 
 /// A model host over a store in memory, and a listener to its events.
 namespace lorvane::model {
 
 using host::Member;
 using host::Variant;
+using support::errorNumberOf;
 
 /// Counts what it is told, and may act on it.
 struct Listener final : host::EventSink {
@@ -61,15 +63,6 @@ protected:
         return mail;
     }
     void type(std::u16string_view keys) { desktop.sendKeys(keys); }
-
-    static std::int32_t errorOf(const std::function<void()>& act) {
-        try {
-            act();
-        } catch (const host::HostError& error) {
-            return error.number();
-        }
-        return 0;
-    }
 
     screen::Desktop desktop;
     PasteContent clipboard;

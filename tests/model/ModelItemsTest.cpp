@@ -24,15 +24,15 @@ TEST_F(ModelItemsTest, MovedItemIsAnotherAndTheOldObjectErrors) {
     host::MailItem moved = mail.Move(session().GetDefaultFolder(6));
     EXPECT_NE(moved.EntryID(), before);
     EXPECT_EQ(moved.HTMLBody(), u"<p>x</p>");
-    EXPECT_EQ(errorOf([&] { mail.Subject(); }), host::host_failure::ObjectDeleted);
-    EXPECT_LT(errorOf([&] { session().GetItemFromID(before, store); }), 0);
+    EXPECT_EQ(errorNumberOf([&] { mail.Subject(); }), host::host_failure::ObjectDeleted);
+    EXPECT_LT(errorNumberOf([&] { session().GetItemFromID(before, store); }), 0);
 }
 
 TEST_F(ModelItemsTest, DeletedItemErrorsOnEveryMember) {
     host::MailItem mail = savedMail(u"A", u"");
     mail.Delete();
     for (const Member member : {Member::Subject, Member::EntryID, Member::Class, Member::Save, Member::Delete, Member::Parent, Member::Recipients}) {
-        EXPECT_EQ(errorOf([&] { mail.call(member); }), host::host_failure::ObjectDeleted);
+        EXPECT_EQ(errorNumberOf([&] { mail.call(member); }), host::host_failure::ObjectDeleted);
     }
     EXPECT_EQ(session().GetDefaultFolder(16).Items().Count(), 0);
     EXPECT_EQ(session().GetDefaultFolder(3).Items().Count(), 1);
@@ -51,9 +51,9 @@ TEST_F(ModelItemsTest, ItemOpenedTwiceSeesWhatTheOtherSaved) {
     again.Subject(u"D");
     again.Save();
     EXPECT_EQ(mail.Subject(), u"C");
-    EXPECT_EQ(errorOf([&] { mail.Save(); }), host::host_failure::ObjectChanged);
+    EXPECT_EQ(errorNumberOf([&] { mail.Save(); }), host::host_failure::ObjectChanged);
     again.Delete();
-    EXPECT_EQ(errorOf([&] { (void)mail.Subject(); }), host::host_failure::ObjectDeleted);
+    EXPECT_EQ(errorNumberOf([&] { (void)mail.Subject(); }), host::host_failure::ObjectDeleted);
 }
 
 TEST_F(ModelItemsTest, OpenItemIsTheOneThatItsIdentityGives) {
@@ -69,7 +69,7 @@ TEST_F(ModelItemsTest, OpenItemIsTheOneThatItsIdentityGives) {
     mail.Subject(u"C");
     mail.Save();
     EXPECT_EQ(driver().visibleText(inspector, EditorFieldName::Body), u"typed");
-    EXPECT_EQ(errorOf([&] { inspector.Close(0); }), host::host_failure::ObjectChanged);
+    EXPECT_EQ(errorNumberOf([&] { inspector.Close(0); }), host::host_failure::ObjectChanged);
     EXPECT_EQ(application().Inspectors().Count(), 1);
 }
 
@@ -82,7 +82,7 @@ TEST_F(ModelItemsTest, MembersThatAClassLacksAreNamedInTheError) {
         EXPECT_EQ(error.number(), 438);
         EXPECT_NE(error.description().find(u"TaskItem.To"), std::u16string::npos);
     }
-    EXPECT_EQ(errorOf([&] { application().CreateItem(0).get(member::RTFBody); }), 438);
+    EXPECT_EQ(errorNumberOf([&] { application().CreateItem(0).get(member::RTFBody); }), 438);
     EXPECT_EQ(wrapped(application().CreateItem(0)).getText(member::RTFBody), u"");
     EXPECT_FALSE(task.dispatch()->memberNamed(u"NoSuchThing"));
     EXPECT_EQ(task.dispatch()->memberNamed(u"reminderset"), member::ReminderSet);
@@ -92,13 +92,13 @@ TEST_F(ModelItemsTest, PostsAreSentOnBehalfOfSomebodyToo) {
     host::MailItem post = application().CreateItem(6);
     post.put(Member::SentOnBehalfOfName, u"Jane Sender");
     EXPECT_EQ(post.getText(Member::SentOnBehalfOfName), u"Jane Sender");
-    EXPECT_EQ(errorOf([&] { application().CreateItem(3).get(Member::SentOnBehalfOfName); }), host::runtime_error::NoSuchMember);
+    EXPECT_EQ(errorNumberOf([&] { application().CreateItem(3).get(Member::SentOnBehalfOfName); }), host::runtime_error::NoSuchMember);
 }
 
 TEST_F(ModelItemsTest, BodyFormatCameWithVersionTen) {
     restart([](HostOptions& changed) { changed.version = u"9.0.0.2711"; });
     host::MailItem mail = application().CreateItem(0);
-    EXPECT_EQ(errorOf([&] { (void)mail.BodyFormat(); }), 438);
+    EXPECT_EQ(errorNumberOf([&] { (void)mail.BodyFormat(); }), 438);
     EXPECT_EQ(wrapped(mail).BodyFormat(), 0);
 }
 
@@ -135,14 +135,14 @@ TEST_F(ModelItemsTest, FileOfAnAttachmentComesBackWithItsContentId) {
     EXPECT_EQ(to.Attachments().Add(path, 1, 1, u"Logo").DisplayName(), u"Logo");
     EXPECT_EQ(wrapped(to).Attachments().Item(1).Fields(0x3712001E).toText(), u"logo@here");
     EXPECT_EQ(wrapped(to).Attachments().Item(1).FileName(), u"picture.png");
-    EXPECT_EQ(errorOf([&] { (void)to.Attachments().Item(1).Fields(0x3712001E); }), 438);
+    EXPECT_EQ(errorNumberOf([&] { (void)to.Attachments().Item(1).Fields(0x3712001E); }), 438);
 
     std::ofstream(picture, std::ios::binary) << "other pixels";
     EXPECT_TRUE(wrapped(to).Attachments().Item(1).Fields(0x7FFE000B).isEmpty());
     to.Attachments().Add(path, 1, 2, u"Other");
     EXPECT_TRUE(wrapped(to).Attachments().Item(2).Fields(0x3712001E).isEmpty());
     std::filesystem::remove_all(folder);
-    EXPECT_LT(errorOf([&] { to.Attachments().Add(path, 1, 2, u"Gone"); }), 0);
+    EXPECT_LT(errorNumberOf([&] { to.Attachments().Add(path, 1, 2, u"Gone"); }), 0);
 }
 
 TEST_F(ModelItemsTest, ReceivedMailIsSentAndHasASender) {
@@ -166,7 +166,7 @@ TEST_F(ModelItemsTest, NamedPropertiesAreTheSameInEveryRun) {
     safe.setFields(id | 0x000B, true);
     safe.Save();
     EXPECT_TRUE(safe.Fields(id | 0x000B).toBoolean());
-    EXPECT_EQ(errorOf([&] { safe.setFields(id | 0x0003, u"no number"); }), 13);
+    EXPECT_EQ(errorNumberOf([&] { safe.setFields(id | 0x0003, u"no number"); }), 13);
 }
 
 TEST_F(ModelItemsTest, ItemsAreSortedByAProperty) {
@@ -180,7 +180,7 @@ TEST_F(ModelItemsTest, ItemsAreSortedByAProperty) {
     EXPECT_EQ(items.Item(3).Subject(), u"C");
     items.call(Member::Sort, {u"Body", true});
     EXPECT_EQ(items.Count(), 3);
-    EXPECT_LT(errorOf([&] { items.Item(4); }), 0);
+    EXPECT_LT(errorNumberOf([&] { items.Item(4); }), 0);
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ TEST_F(ModelWindowsTest, DeletedItemTakesItsWindowAlong) {
     mail.Delete();
     EXPECT_EQ(application().Inspectors().Count(), 0);
     type(u"lost");
-    EXPECT_LT(errorOf([&] { (void)inspector.CurrentItem(); }), 0);
+    EXPECT_LT(errorNumberOf([&] { (void)inspector.CurrentItem(); }), 0);
 }
 
 TEST_F(ModelWindowsTest, WindowsCountWhileShownAndTellTheirEvents) {
@@ -115,16 +115,16 @@ TEST_F(ModelWindowsTest, AWindowThatIsNotDisplayedHasBarsThatNobodyClicks) {
     host::Inspector inspector(savedMail(u"A", u"").GetInspector());
     ASSERT_FALSE(driver().bars(inspector).empty());
     EXPECT_TRUE(driver().bars(inspector).front().builtIn);
-    EXPECT_EQ(errorOf([&] { driver().clickBar(inspector, u"Standard/Save"); }), host::runtime_error::InvalidProcedureCall);
+    EXPECT_EQ(errorNumberOf([&] { driver().clickBar(inspector, u"Standard/Save"); }), host::runtime_error::InvalidProcedureCall);
     inspector.Display();
-    EXPECT_EQ(errorOf([&] { driver().clickBar(inspector, u"Standard/Save"); }), 0);
-    EXPECT_EQ(errorOf([&] { driver().bars(inspector.CurrentItem()); }), host::runtime_error::TypeMismatch);
+    EXPECT_EQ(errorNumberOf([&] { driver().clickBar(inspector, u"Standard/Save"); }), 0);
+    EXPECT_EQ(errorNumberOf([&] { driver().bars(inspector.CurrentItem()); }), host::runtime_error::TypeMismatch);
 }
 
 TEST_F(ModelWindowsTest, AButtonTakesOnlyNumbersThatTheHostHas) {
     const host::Object save = driver().openExplorer().get(member::CommandBars, {u"Standard"}).toObject().getObject(member::Controls, {1});
     for (const auto& [member, number] : std::initializer_list<std::pair<Member, std::int32_t>>{{member::Priority, 8}, {member::Style, 5}, {member::FaceId, -1}})
-        EXPECT_EQ(errorOf([&] { save.put(member, number); }), static_cast<std::int32_t>(0x80070057));
+        EXPECT_EQ(errorNumberOf([&] { save.put(member, number); }), static_cast<std::int32_t>(0x80070057));
 }
 
 }  // namespace

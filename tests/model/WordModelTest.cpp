@@ -10,6 +10,7 @@
 #include "model/Driver.h"
 #include "model/ModelHost.h"
 #include "model/ModelMembers.h"
+#include "support/ErrorOf.h"
 
 /// Word as the editor, as far as the model host's own options and driver go; what every host does is in the contract.
 namespace lorvane::model {
@@ -18,6 +19,7 @@ namespace {
 using host::Member;
 using host::Object;
 using host::Variant;
+using support::errorNumberOf;
 
 constexpr std::int32_t save = 0, discard = 1;
 
@@ -80,15 +82,6 @@ protected:
                                        host::fromUtf8);
     }
 
-    static std::int32_t errorOf(const std::function<void()>& act) {
-        try {
-            act();
-        } catch (const host::HostError& error) {
-            return error.number();
-        }
-        return 0;
-    }
-
     screen::Desktop desktop;
     PasteContent clipboard;
     std::shared_ptr<mailstore::MailStore> store = mailstore::makeMemoryStore(u"Personal Folders", 2);
@@ -96,7 +89,7 @@ protected:
 };
 
 TEST_F(WordModelTest, WordIsAnEditorAndNoKindOfText) {
-    EXPECT_EQ(errorOf([this] { restart([](HostOptions& changed) { changed.wordKind = EditorKind::Word; }); }), static_cast<std::int32_t>(0x80070057));
+    EXPECT_EQ(errorNumberOf([this] { restart([](HostOptions& changed) { changed.wordKind = EditorKind::Word; }); }), static_cast<std::int32_t>(0x80070057));
 }
 
 TEST_F(WordModelTest, AMailIsTypedSavedClosedAndReopened) {
@@ -147,7 +140,7 @@ TEST_F(WordModelTest, AHiddenDocumentTakesInWhatAnotherOpeningSavedUnlessItWasCh
     other.HTMLBody(u"<b>c</b>");
     other.Save();
     EXPECT_EQ(text(document), u"mine");
-    EXPECT_EQ(errorOf([&] { mail.Save(); }), host::host_failure::ObjectChanged);
+    EXPECT_EQ(errorNumberOf([&] { mail.Save(); }), host::host_failure::ObjectChanged);
 }
 
 TEST_F(WordModelTest, AHiddenDocumentIsThatOfTheWindowOnceItIsShown) {
@@ -178,8 +171,8 @@ TEST_F(WordModelTest, OnceTheWindowIsClosedNothingOfWordWorks) {
         inspector = {};
         for (const Object& object : objects) {
             for (const Member member : {Member::Range, Member::Application, Member::Text, Member::Paste, Member::Count, member::Installed, member::Saved}) {
-                EXPECT_EQ(errorOf([&] { object.get(member); }), host::host_failure::Failed);
-                EXPECT_EQ(errorOf([&] { object.put(member, u"x"); }), host::host_failure::Failed);
+                EXPECT_EQ(errorNumberOf([&] { object.get(member); }), host::host_failure::Failed);
+                EXPECT_EQ(errorNumberOf([&] { object.put(member, u"x"); }), host::host_failure::Failed);
             }
         }
         EXPECT_EQ(mail.HTMLBody(), u"<b>a</b>");
@@ -194,8 +187,8 @@ TEST_F(WordModelTest, OnceTheItemIsGoneNothingOfWordWorks) {
         const Object document = mail.GetInspector().WordEditor(), content = range(document);
         write(document, u"b");
         goes(mail);
-        EXPECT_LT(errorOf([&] { text(document); }), 0);
-        EXPECT_LT(errorOf([&] { content.put(Member::Text, u"c"); }), 0);
+        EXPECT_LT(errorNumberOf([&] { text(document); }), 0);
+        EXPECT_LT(errorNumberOf([&] { content.put(Member::Text, u"c"); }), 0);
     }
 }
 
@@ -221,7 +214,7 @@ TEST_F(WordModelTest, InTheCloseEventTheDocumentIsThatOfTheItem) {
     const host::Subscription heard = inspector.advise(handler);
     driver().closeInspector(inspector, false);
     EXPECT_EQ(seen, u"a");
-    EXPECT_EQ(errorOf([&] { text(late); }), host::host_failure::Failed);
+    EXPECT_EQ(errorNumberOf([&] { text(late); }), host::host_failure::Failed);
     EXPECT_EQ(again(mail).HTMLBody(), u"<b>a</b>");
 }
 
@@ -236,7 +229,7 @@ TEST_F(WordModelTest, AWindowOnAFolderThatIsOnlyReadClosesWhereNothingChanged) {
 
     const host::Inspector another = read.GetInspector();
     write(another.WordEditor(), u"b");
-    EXPECT_EQ(errorOf([&] { another.Close(save); }), host::host_failure::AccessDenied);
+    EXPECT_EQ(errorNumberOf([&] { another.Close(save); }), host::host_failure::AccessDenied);
     EXPECT_EQ(again(mail).HTMLBody(), u"<b>a</b>");
     EXPECT_NO_THROW(another.Close(discard));
 }
@@ -321,11 +314,11 @@ TEST_F(WordModelTest, ATemplateThatWordDoesNotKnowIsANegativeError) {
     const Object application = word(inspector.WordEditor());
     for (const Member collection : {member::AddIns, member::Templates}) {
         for (const Variant& index : {Variant(u"\\Letters.dot"), Variant(u"Lorvane"), Variant(u""), Variant(0), Variant(2)}) {
-            EXPECT_EQ(errorOf([&] { application.get(collection, {index}); }), static_cast<std::int32_t>(0x800A1735));
-            EXPECT_EQ(errorOf([&] { application.getObject(collection).get(Member::Item, {index}); }), static_cast<std::int32_t>(0x800A1735));
+            EXPECT_EQ(errorNumberOf([&] { application.get(collection, {index}); }), static_cast<std::int32_t>(0x800A1735));
+            EXPECT_EQ(errorNumberOf([&] { application.getObject(collection).get(Member::Item, {index}); }), static_cast<std::int32_t>(0x800A1735));
         }
     }
-    EXPECT_EQ(errorOf([&] { application.getObject(member::Templates).call(Member::Add, {u"C:\\Letters.dot"}); }), host::runtime_error::NoSuchMember);
+    EXPECT_EQ(errorNumberOf([&] { application.getObject(member::Templates).call(Member::Add, {u"C:\\Letters.dot"}); }), host::runtime_error::NoSuchMember);
 }
 
 TEST_F(WordModelTest, AnItemsWrapperAroundAWindowHasWordsDocumentAlone) {
@@ -335,12 +328,12 @@ TEST_F(WordModelTest, AnItemsWrapperAroundAWindowHasWordsDocumentAlone) {
     EXPECT_EQ(wrapper.getObject(Member::Item), inspector);
     EXPECT_EQ(wrapper.getObject(Member::WordEditor), inspector.WordEditor());
     for (const Member member : {Member::Body, Member::Save, Member::Fields, Member::Sender})
-        EXPECT_EQ(errorOf([&] { wrapper.call(member); }), host::runtime_error::NoSuchMember);
-    EXPECT_EQ(errorOf([&] { wrapper.put(Member::Body, u"x"); }), host::runtime_error::NoSuchMember);
+        EXPECT_EQ(errorNumberOf([&] { wrapper.call(member); }), host::runtime_error::NoSuchMember);
+    EXPECT_EQ(errorNumberOf([&] { wrapper.put(Member::Body, u"x"); }), host::runtime_error::NoSuchMember);
 
     wrapper.put(Member::Item, mail);
     EXPECT_EQ(wrapper.getText(Member::Body), u"a");
-    EXPECT_EQ(errorOf([&] { wrapper.get(Member::WordEditor); }), host::runtime_error::NoSuchMember);
+    EXPECT_EQ(errorNumberOf([&] { wrapper.get(Member::WordEditor); }), host::runtime_error::NoSuchMember);
 }
 
 TEST_F(WordModelTest, AGuardedHostRefusesTheBareDocumentInEveryRun) {
@@ -349,7 +342,7 @@ TEST_F(WordModelTest, AGuardedHostRefusesTheBareDocumentInEveryRun) {
         changed.editor = EditorKind::Html;
     });
     const host::Inspector inspector = opened(savedMail(u"a"));
-    EXPECT_EQ(errorOf([&] { inspector.WordEditor(); }), static_cast<std::int32_t>(0x80004004));
+    EXPECT_EQ(errorNumberOf([&] { inspector.WordEditor(); }), static_cast<std::int32_t>(0x80004004));
     EXPECT_FALSE(wrapped(u"qz7mRedemption.qz7mSafeInspector", inspector).getObject(Member::WordEditor));
 }
 
