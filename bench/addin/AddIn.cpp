@@ -37,6 +37,7 @@ Opened openMails(const cli::Run& run, std::size_t count) {
     std::vector<host::Object> open;
     open.reserve(count);
     Opened opened;
+    tidyMemory();
     const double before = heapBytes();
     opened.time = seconds([&] {
         for (std::size_t i = 0; i < count; ++i) open.push_back(run.driver().newMail());

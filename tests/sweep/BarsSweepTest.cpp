@@ -11,7 +11,7 @@ using support::FaultKind;
 
 class BarsSweep : public testing::TestWithParam<FaultKind> {
 protected:
-    /// Every third call: the connection is swept whole elsewhere, and so is the building of bars.
+    /// Every third call behind the connection: the building of bars is swept whole elsewhere.
     void run(const std::string& window) {
         SweptCommand command;
         // A first run, which makes the folders.

@@ -22,11 +22,11 @@ std::string nameOfFault(const testing::TestParamInfo<FaultKind>& info) {
 
 class CommandSweep : public testing::TestWithParam<FaultKind> {
 protected:
-    void run(const SweptCommand& command) { sweepCommand(command, GetParam()); }
+    void run(const SweptCommand& command, From from = From::Connected) { sweepCommand(command, GetParam(), 1, from); }
 };
 INSTANTIATE_TEST_SUITE_P(EachCall, CommandSweep, testing::Values(FaultKind::Error, FaultKind::LostObject), nameOfFault);
 
-/// Commands over the chooser, which all connect and open it with the same calls: these are swept whole by `templates`.
+/// Commands over the chooser, which all open it with the same calls: these are swept whole by `templates`, and with them the connection.
 class ChooserCommandSweep : public testing::TestWithParam<FaultKind> {
 protected:
     void run(const SweptCommand& command) { sweepCommand(command, GetParam(), 3); }
@@ -140,7 +140,7 @@ TEST_P(CommandSweep, Templates) {
             if (!lines.contains(line) || line == last) return false;
         return true;
     };
-    run(command);
+    run(command, From::FirstCall);
 }
 
 TEST_P(ChooserCommandSweep, TemplatesSearched) {
@@ -243,11 +243,12 @@ TEST_P(CommandSweep, SettingsGet) {
 
 TEST_P(CommandSweep, SettingsSet) {
     run(swept([](const RunOptions& run, const Files&) {
-        SettingsOptions options;
-        options.key = "LogTemplate";
-        options.value = "True";
-        return runSettingsSet(run, options);
-    }));
+            SettingsOptions options;
+            options.key = "LogTemplate";
+            options.value = "True";
+            return runSettingsSet(run, options);
+        }),
+        From::FirstCall);
 }
 
 TEST_P(CommandSweep, SettingsList) {

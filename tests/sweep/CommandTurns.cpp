@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -127,6 +128,15 @@ public:
 
     std::size_t calls() const { return calls_.size(); }
 
+    /// How many calls the connection makes: it ends with the session that shares the host's logon.
+    std::size_t callsOfConnection() const {
+        const auto last = std::ranges::find_if(calls_, [](const instruments::RecordedCall& call) {
+            return call.kind == instruments::UseKind::Put && call.className == u"RDOSession" && call.member == u"MAPIOBJECT";
+        });
+        EXPECT_NE(last, calls_.end());
+        return static_cast<std::size_t>(last - calls_.begin()) + 1;
+    }
+
     void turn(FaultKind kind, std::size_t n) {
         const instruments::RecordedCall call = calls_[n - 1];
         SCOPED_TRACE((kind == FaultKind::Error ? "error at call " : "lost object at call ") + std::to_string(n) + ": " + lineText(call));
@@ -197,12 +207,13 @@ std::string file(const SweptCommand::Files& files, const std::string& name, std:
     return path.string();
 }
 
-void sweepCommand(const SweptCommand& command, FaultKind kind, std::size_t every) {
+void sweepCommand(const SweptCommand& command, FaultKind kind, std::size_t every, From from) {
     Turns turns(command);
     turns.learn();
     if (testing::Test::HasFatalFailure()) return;
     int played = 0;
-    for (std::size_t n = kind == FaultKind::Error || every == 1 ? 1 : 2; n <= turns.calls(); n += every, ++played) turns.turn(kind, n);
+    const std::size_t before = from == From::Connected ? turns.callsOfConnection() : 0;
+    for (std::size_t n = before + (kind == FaultKind::Error || every == 1 ? 1 : 2); n <= turns.calls(); n += every, ++played) turns.turn(kind, n);
     testing::Test::RecordProperty("turns", played);
 }
 

@@ -35,11 +35,14 @@ struct SweptCommand : support::Leftovers {
 /// Writes a file of the turn's folder, and gives its path.
 std::string file(const SweptCommand::Files& files, const std::string& name, std::string_view content);
 
-/// Learns the command's host calls, then lets each fail, each time over a copy of the prepared store. With `every` 3 errors strike call 1, 4, 7 … and objects
-/// are lost at call 2, 5, 8 ….
+/// Which of its host calls fail: all, or those behind the add-in's connection, which begins each command alike.
+enum class From { FirstCall, Connected };
+
+/// Learns the command's host calls, then lets each fail, each time over a copy of the prepared store. With `every` 3 errors strike the first, fourth, seventh …
+/// and objects are lost at the second, fifth, eighth ….
 ///
 /// The status is 0, 1 or 3. Where it is 0 the whole work is done and the whole result written; else standard error has a line, nothing is on standard output,
 /// no file is written, and no item is new or changed but as the leftovers tell.
-void sweepCommand(const SweptCommand& command, support::FaultKind kind, std::size_t every = 1);
+void sweepCommand(const SweptCommand& command, support::FaultKind kind, std::size_t every = 1, From from = From::Connected);
 
 }  // namespace lorvane::sweep
