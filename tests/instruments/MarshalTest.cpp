@@ -65,9 +65,7 @@ protected:
         other.join();
         marshal.serve();
     }
-    bool isHome(const std::vector<const void*>& threads, std::size_t count) const {
-        return threads == std::vector<const void*>(count, support::thisThread());
-    }
+    bool isHome(const std::vector<const void*>& threads, std::size_t count) const { return threads == std::vector<const void*>(count, support::thisThread()); }
 
     Marshal marshal;
     std::shared_ptr<Placed::Log> log = std::make_shared<Placed::Log>();

@@ -35,7 +35,8 @@ inline constexpr FolderRule platformRules[] = {
 };
 
 /// Files of src/host that are the add-in's own lifecycle: they tie its parts together, so they may include any folder of src/.
-inline constexpr std::string_view lifecycleFiles[] = {"Connect", "ConnectByName", "OutAddIn", "ExplorerWrap", "clsInspWrap", "WindowCommands", "LifecycleRoutines"};
+inline constexpr std::string_view lifecycleFiles[] = {"Connect",     "ConnectByName",  "OutAddIn",         "ExplorerWrap",
+                                                      "clsInspWrap", "WindowCommands", "LifecycleRoutines"};
 
 /// Something that the logic must not reach for, and what it has instead.
 struct Forbidden {
