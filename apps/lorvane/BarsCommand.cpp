@@ -16,8 +16,8 @@ using namespace host;
 
 namespace {
 
-/// Kinds of items that the host makes.
-constexpr std::int32_t appointmentType = 1, taskType = 3, postType = 6;
+/// Kinds of items that the host makes, beside those that the add-in makes too.
+constexpr std::int32_t taskType = 3, postType = 6;
 
 /// What stands in for a mail that somebody received.
 constexpr std::string_view sampleMail =
@@ -60,7 +60,7 @@ struct NamedWindow {
 };
 constexpr NamedWindow windows[] = {
     {"explorer", explorerOf},    {"mail", newMail},           {"received", receivedMail},
-    {"post", newItem<postType>}, {"task", newItem<taskType>}, {"appointment", newItem<appointmentType>},
+    {"post", newItem<postType>}, {"task", newItem<taskType>}, {"appointment", newItem<olAppointmentItem>},
 };
 
 Object openWindow(Run& run, std::string_view name, OwnItem& own) {

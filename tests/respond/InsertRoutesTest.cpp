@@ -8,27 +8,6 @@ namespace {
 
 using namespace host;
 
-const Route routes[] = {
-    {"plain mail, text, plain template", plainItem, plainOffer, insertText, Way::Clipboard},
-    {"plain mail, text, HTML template", plainItem, htmlOffer, insertText, Way::Clipboard},
-    {"plain mail, text, rich template", plainItem, richOffer, insertText, Way::Clipboard},
-    {"plain mail, format, plain template", plainItem, plainOffer, insertWithFormat, Way::Clipboard},
-    {"plain mail, format, HTML template", plainItem, htmlOffer, insertWithFormat, Way::Clipboard},
-    {"plain mail, format, rich template", plainItem, richOffer, insertWithFormat, Way::Clipboard},
-    {"HTML mail, text, plain template", htmlItem, plainOffer, insertText, Way::Clipboard},
-    {"HTML mail, text, HTML template", htmlItem, htmlOffer, insertText, Way::Clipboard},
-    {"HTML mail, text, rich template", htmlItem, richOffer, insertText, Way::Clipboard},
-    {"HTML mail, format, plain template", htmlItem, plainOffer, insertWithFormat, Way::Clipboard},
-    {"HTML mail, format, rich template", htmlItem, richOffer, insertWithFormat, Way::Clipboard},
-    {"HTML mail, format, HTML template", htmlItem, htmlOffer, insertWithFormat, Way::HtmlSplice},
-    {"rich mail, text, plain template", richItem, plainOffer, insertText, Way::Clipboard},
-    {"rich mail, format, plain template", richItem, plainOffer, insertWithFormat, Way::Clipboard},
-    {"rich mail, text, HTML template", richItem, htmlOffer, insertText, Way::PlainSplice},
-    {"rich mail, format, HTML template", richItem, htmlOffer, insertWithFormat, Way::PlainSplice},
-    {"rich mail, text, rich template", richItem, richOffer, insertText, Way::PlainSplice},
-    {"rich mail, format, rich template", richItem, richOffer, insertWithFormat, Way::PlainSplice},
-};
-
 class InsertRoutesTest : public testing::TestWithParam<std::tuple<std::u16string_view, Route>> {};
 
 TEST_P(InsertRoutesTest, IsTakenAndTheTextStandsAtTheCaret) {

@@ -14,31 +14,13 @@ using mailstore::BodyKind;
 
 constexpr std::u16string_view pasteKeys = u"^v";
 
-const Route routes[] = {
-    {"plain mail, text, plain template", plainItem, plainOffer, insertText, Way::Clipboard},
-    {"plain mail, text, HTML template", plainItem, htmlOffer, insertText, Way::Clipboard},
-    {"plain mail, format, HTML template", plainItem, htmlOffer, insertWithFormat, Way::Clipboard},
-    {"plain mail, format, rich template", plainItem, richOffer, insertWithFormat, Way::Clipboard},
-    {"HTML mail, text, plain template", htmlItem, plainOffer, insertText, Way::Clipboard},
-    {"HTML mail, text, HTML template", htmlItem, htmlOffer, insertText, Way::Clipboard},
-    {"HTML mail, text, rich template", htmlItem, richOffer, insertText, Way::Clipboard},
-    {"HTML mail, format, plain template", htmlItem, plainOffer, insertWithFormat, Way::Clipboard},
-    {"HTML mail, format, rich template", htmlItem, richOffer, insertWithFormat, Way::Clipboard},
-    {"HTML mail, format, HTML template", htmlItem, htmlOffer, insertWithFormat, Way::WordPaste},
-    {"rich mail, text, plain template", richItem, plainOffer, insertText, Way::Clipboard},
-    {"rich mail, format, plain template", richItem, plainOffer, insertWithFormat, Way::Clipboard},
-    {"rich mail, text, HTML template", richItem, htmlOffer, insertText, Way::PlainSplice},
-    {"rich mail, format, HTML template", richItem, htmlOffer, insertWithFormat, Way::PlainSplice},
-    {"rich mail, text, rich template", richItem, richOffer, insertText, Way::PlainSplice},
-    {"rich mail, format, rich template", richItem, richOffer, insertWithFormat, Way::PlainSplice},
-};
-
 class WordRoutesTest : public testing::TestWithParam<std::tuple<std::u16string_view, Route>> {
 protected:
     bool belowTwelve() const { return Val(std::get<0>(GetParam())) < 12; }
+    /// Below 12 Word takes formatted text by a paste.
     Way way() const {
-        const Way below = std::get<1>(GetParam()).way;
-        return below == Way::WordPaste && !belowTwelve() ? Way::HtmlSplice : below;
+        const Way own = std::get<1>(GetParam()).way;
+        return own == Way::HtmlSplice && belowTwelve() ? Way::WordPaste : own;
     }
     /// Below 12 a letter is typed and taken away; then what the way takes.
     Subjects expectedKeys() const {
