@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace lorvane;
     using namespace lorvane::recordset;
     const std::u16string text = fuzz::Input(data, size).text();
-    const auto collation = std::make_shared<const Collation>(u"en-US");
+    const auto collation = Collation::of(u"en-US");
     const auto written = [&](std::u16string_view source) {
         View view(readRowset(source), collation);
         return writeRowset(view, RowsetEncoding::Utf16);

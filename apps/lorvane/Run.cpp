@@ -174,8 +174,8 @@ Run::Run(const RunOptions& options, const RunParts& parts)
     hostOptions.setClipboardContent = [this](const model::PasteContent& content) {
         services_->clipboardContent().replaceContent(content.text, content.htmlFormat);
     };
-    const auto collation = std::make_shared<const recordset::Collation>(Region(services_->region).LocaleName());
-    hostOptions.makeRecordset = [collation] { return recordset::makeRecordset(collation); };
+    // Only a command that makes a table waits for the locale's order.
+    hostOptions.makeRecordset = [locale = Region(services_->region).LocaleName()] { return recordset::makeRecordset(recordset::Collation::of(locale)); };
     hostOptions.makeStream = recordset::makeStream;
     hostOptions.defaultStore = files_.mailStore;
     host_ = std::make_unique<model::ModelHost>(std::move(hostOptions));

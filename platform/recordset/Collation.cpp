@@ -7,7 +7,8 @@
 #include <unicode/uset.h>
 
 #include <algorithm>
-#include <memory>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <set>
 
@@ -148,6 +149,15 @@ Collation::Collation(std::u16string_view localeName) {
 
 Collation::~Collation() {
     ucol_close(collator_);
+}
+
+std::shared_ptr<const Collation> Collation::of(std::u16string_view localeName) {
+    static std::mutex mutex;
+    static std::map<std::u16string, std::shared_ptr<const Collation>, std::less<>> known;
+    const std::lock_guard lock(mutex);
+    std::shared_ptr<const Collation>& collation = known[std::u16string(localeName)];
+    if (!collation) collation = std::make_shared<const Collation>(localeName);
+    return collation;
 }
 
 void Collation::fillTable() {

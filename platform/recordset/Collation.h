@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,10 @@ public:
     ~Collation();
     Collation(const Collation&) = delete;
     Collation& operator=(const Collation&) = delete;
+
+    /// The order of a locale, made at its first use and then shared by the whole process, threads included: the library takes milliseconds to tell what the
+    /// table needs. Errors as above.
+    static std::shared_ptr<const Collation> of(std::u16string_view localeName);
 
     /// Negative, 0 or positive. Case never counts.
     int compare(std::u16string_view a, std::u16string_view b) const;

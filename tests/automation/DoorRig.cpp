@@ -70,7 +70,7 @@ model::HostOptions DoorRig::hostOptions(const DoorOptions& run) {
     options.screen = host::makeObject<screen::ScriptedScreen>(windows_, user_);
     options.services = services_;
     options.clipboardContent = [this] { return model::PasteContent{services_.clipboardContent().text(), services_.clipboardContent().html()}; };
-    options.makeRecordset = [collation = std::make_shared<const recordset::Collation>(u"en-US")] { return recordset::makeRecordset(collation); };
+    options.makeRecordset = [] { return recordset::makeRecordset(recordset::Collation::of(u"en-US")); };
     options.makeStream = recordset::makeStream;
     options.defaultStore = store_;
     return options;

@@ -226,7 +226,7 @@ private:
         options.setClipboardContent = [this](const model::PasteContent& content) {
             services_.clipboardContent().replace(formatsOf(content.text, content.htmlFormat));
         };
-        options.makeRecordset = [collation = std::make_shared<const recordset::Collation>(u"en-US")] { return recordset::makeRecordset(collation); };
+        options.makeRecordset = [] { return recordset::makeRecordset(recordset::Collation::of(u"en-US")); };
         options.defaultStore = stores_.front().opened;
         for (std::size_t i = 1; i < stores_.size(); ++i) options.furtherStores.push_back(stores_[i].opened);
         host_ = std::make_unique<model::ModelHost>(std::move(options));

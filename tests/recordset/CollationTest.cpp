@@ -13,7 +13,7 @@ namespace lorvane::recordset {
 namespace {
 
 TEST(Collation, CaseNeverCountsAndAccentsCountBehindLetters) {
-    const auto german = collationOf(u"de-DE");
+    const auto german = Collation::of(u"de-DE");
     EXPECT_EQ(german->compare(u"straße", u"STRAẞE"), 0);
     EXPECT_EQ(german->compare(u"Ab", u"aB"), 0);
     EXPECT_LT(german->compare(u"arg", u"ärger"), 0);
@@ -23,9 +23,9 @@ TEST(Collation, CaseNeverCountsAndAccentsCountBehindLetters) {
 }
 
 TEST(Collation, FollowsTheLocale) {
-    EXPECT_GT(collationOf(u"sv-SE")->compare(u"ärlig", u"zon"), 0);
-    EXPECT_LT(collationOf(u"de-DE")->compare(u"ärlig", u"zon"), 0);
-    EXPECT_GT(collationOf(u"cs-CZ")->compare(u"chata", u"hora"), 0);
+    EXPECT_GT(Collation::of(u"sv-SE")->compare(u"ärlig", u"zon"), 0);
+    EXPECT_LT(Collation::of(u"de-DE")->compare(u"ärlig", u"zon"), 0);
+    EXPECT_GT(Collation::of(u"cs-CZ")->compare(u"chata", u"hora"), 0);
 }
 
 TEST(Collation, AnUnknownLocaleHasTheRootOrder) {
@@ -34,13 +34,13 @@ TEST(Collation, AnUnknownLocaleHasTheRootOrder) {
 }
 
 TEST(Collation, OrdinaryTextIsTabledWhereNoTwoLettersCountAsOne) {
-    EXPECT_TRUE(collationOf(u"en-US")->plainIsTabled());
-    EXPECT_TRUE(collationOf(u"de-DE")->plainIsTabled());
-    EXPECT_TRUE(collationOf(u"de-DE")->isTabled(u"Größe für ÄÖÜ – „Angebot“ 5 €"));
-    EXPECT_FALSE(collationOf(u"cs-CZ")->plainIsTabled());
-    EXPECT_FALSE(collationOf(u"cs-CZ")->isTabled(u"chata"));
-    EXPECT_FALSE(collationOf(u"en-US")->isTabled(u"o\u0308"));
-    EXPECT_FALSE(collationOf(u"en-US")->isTabled(u"\U0001F600"));
+    EXPECT_TRUE(Collation::of(u"en-US")->plainIsTabled());
+    EXPECT_TRUE(Collation::of(u"de-DE")->plainIsTabled());
+    EXPECT_TRUE(Collation::of(u"de-DE")->isTabled(u"Größe für ÄÖÜ – „Angebot“ 5 €"));
+    EXPECT_FALSE(Collation::of(u"cs-CZ")->plainIsTabled());
+    EXPECT_FALSE(Collation::of(u"cs-CZ")->isTabled(u"chata"));
+    EXPECT_FALSE(Collation::of(u"en-US")->isTabled(u"o\u0308"));
+    EXPECT_FALSE(Collation::of(u"en-US")->isTabled(u"\U0001F600"));
 }
 
 // A text of units that come together in strange ways: letters and accents, marks that join, halves of pairs, blanks and control characters.
@@ -59,7 +59,7 @@ std::u16string randomText(std::mt19937& random) {
 class SortedBy : public testing::TestWithParam<const char16_t*> {};
 
 TEST_P(SortedBy, WholeColumnsStandInTheOrderOfTheLibrary) {
-    const auto collation = collationOf(GetParam());
+    const auto collation = Collation::of(GetParam());
     for (unsigned seed = 0; seed < 12; ++seed) {
         std::mt19937 random(seed);
         TextColumn column;
@@ -83,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Locales, SortedBy,
                                          u"th-TH", u"ja-JP", u"ru-RU", u"hr-HR", u"et-EE", u"lt-LT", u"tr-TR", u"vi-VN"));
 
 TEST(Collation, EveryPairOfTabledUnitsComparesByItsWeights) {
-    const auto collation = collationOf(u"de-DE");
+    const auto collation = Collation::of(u"de-DE");
     std::vector<std::u16string> texts;
     for (unsigned unit = 0; unit < 0x2200; ++unit) {
         if (!collation->weights(static_cast<char16_t>(unit)).known) continue;
@@ -105,7 +105,7 @@ TEST(Collation, EveryPairOfTabledUnitsComparesByItsWeights) {
 }
 
 TEST(Collation, LongEqualBeginningsAndRepeatsStayInOrderOfArrival) {
-    const auto collation = collationOf(u"en-US");
+    const auto collation = Collation::of(u"en-US");
     TextColumn column;
     std::vector<RowId> rows, expected;
     for (RowId i = 0; i < 3000; ++i) {
@@ -122,7 +122,7 @@ TEST(Collation, LongEqualBeginningsAndRepeatsStayInOrderOfArrival) {
 }
 
 TEST(Collation, TextsEachOneLetterLongerThanTheLast) {
-    const auto collation = collationOf(u"en-US");
+    const auto collation = Collation::of(u"en-US");
     TextColumn column;
     std::vector<RowId> rows, expected;
     for (RowId i = 0; i < 2000; ++i) {
@@ -135,7 +135,7 @@ TEST(Collation, TextsEachOneLetterLongerThanTheLast) {
 }
 
 TEST(Collation, SortKeysCompareAsTheTextsDo) {
-    const auto collation = collationOf(u"de-DE");
+    const auto collation = Collation::of(u"de-DE");
     std::vector<std::uint8_t> a, b;
     const std::u16string longText(4000, u'ü');
     collation->appendKey(longText, a);

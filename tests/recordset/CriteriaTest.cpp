@@ -32,10 +32,10 @@ protected:
     std::string rows(std::u16string_view text) const {
         const auto criteria = Criteria::parse(text, table_.fields());
         std::string found;
-        criteria.select(table_, *collationOf(u"en-US")).forEach([&](RowId row) { found += static_cast<char>('0' + row); });
+        criteria.select(table_, *Collation::of(u"en-US")).forEach([&](RowId row) { found += static_cast<char>('0' + row); });
         for (RowId row = 0; row < table_.rowCount(); ++row) {
             const bool listed = found.find(static_cast<char>('0' + row)) != std::string::npos;
-            EXPECT_EQ(criteria.matches(table_, row, *collationOf(u"en-US")), listed) << "row " << row;
+            EXPECT_EQ(criteria.matches(table_, row, *Collation::of(u"en-US")), listed) << "row " << row;
         }
         return found;
     }
@@ -181,7 +181,7 @@ TEST_F(CriteriaText, Refused) {
 
 TEST_F(CriteriaText, DeletedRowsAreNotSelected) {
     table_.remove(1);
-    EXPECT_EQ(Criteria::parse(u"Name LIKE '*a*'", table_.fields()).select(table_, *collationOf(u"en-US")).count(), 2u);
+    EXPECT_EQ(Criteria::parse(u"Name LIKE '*a*'", table_.fields()).select(table_, *Collation::of(u"en-US")).count(), 2u);
 }
 
 TEST_F(CriteriaText, LongChainsAreReadAndRunWithoutNesting) {

@@ -53,7 +53,7 @@ TEST(FieldType, WhatIsOutOfRangeIsRefused) {
 TEST(FieldType, WhatCannotBeConvertedHasTheWrongType) {
     EXPECT_EQ(errorOf([] { kept(data_type::Integer, u"many"); }), error::WrongValueType);
     EXPECT_EQ(errorOf([] { kept(data_type::Date, u"someday"); }), error::WrongValueType);
-    EXPECT_EQ(errorOf([] { kept(data_type::VarChar, makeRecordset(collationOf(u"en-US"))); }), error::WrongValueType);
+    EXPECT_EQ(errorOf([] { kept(data_type::VarChar, makeRecordset(Collation::of(u"en-US"))); }), error::WrongValueType);
     EXPECT_EQ(errorOf([] { kept(data_type::VarChar, Variant::missing()); }), error::WrongValueType);
 }
 

@@ -42,7 +42,7 @@ struct Order {
 };
 
 int byText(const ModelRow& a, const ModelRow& b) {
-    return collationOf(u"de-DE")->compare(a.text, b.text);
+    return Collation::of(u"de-DE")->compare(a.text, b.text);
 }
 int byNumber(const ModelRow& a, const ModelRow& b) {
     return a.number - b.number;
@@ -260,7 +260,7 @@ TEST_P(AgainstModel, RandomOperationsOnThreeClones) {
     // Some runs look at every view after every step, others let changes pile up unseen.
     const unsigned lookEvery = GetParam() % 2 == 0 ? 1 : 150;
     std::vector<ModelRow> rows;
-    Object first = makeRecordset(collationOf(u"de-DE"));
+    Object first = makeRecordset(Collation::of(u"de-DE"));
     appendField(first, u"t", 200, 100);
     appendField(first, u"n", 3, 0);
     first.call(Member::Open);
@@ -296,7 +296,7 @@ TEST_P(AgainstModel, CopiesOfTablesThatChange) {
         return made;
     };
     const auto newTable = [] {
-        const Object table = makeRecordset(collationOf(u"de-DE"));
+        const Object table = makeRecordset(Collation::of(u"de-DE"));
         appendField(table, u"t", 200, 200);
         appendField(table, u"n", 3, 0);
         table.call(Member::Open);

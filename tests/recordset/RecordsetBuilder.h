@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <initializer_list>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,13 +21,6 @@ namespace lorvane::recordset {
 using host::Member;
 using host::Object;
 using host::Variant;
-
-inline std::shared_ptr<const Collation> collationOf(std::u16string_view locale) {
-    static std::map<std::u16string, std::shared_ptr<const Collation>, std::less<>> made;
-    auto& entry = made[std::u16string(locale)];
-    if (!entry) entry = std::make_shared<const Collation>(locale);
-    return entry;
-}
 
 /// The number of the error that `action` raises; 0 where it raises none.
 template <class F>
@@ -64,7 +56,7 @@ inline void appendField(const Object& recordset, std::u16string_view name, std::
 
 /// A closed recordset with text fields of 1000 units.
 inline Object closedWith(std::initializer_list<std::u16string_view> fields, std::u16string_view locale = u"en-US") {
-    Object recordset = makeRecordset(collationOf(locale));
+    Object recordset = makeRecordset(Collation::of(locale));
     for (const std::u16string_view name : fields) appendField(recordset, name, 200, 1000);
     return recordset;
 }

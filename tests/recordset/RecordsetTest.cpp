@@ -11,7 +11,7 @@ namespace {
 // ---- fields and opening
 
 TEST(Recordset, FieldsAreAppendedAndThenKnown) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendField(recordset, u"strEntryID", 200, 1000);
     appendField(recordset, u"app_start_date", 7, 1000);
     const Object fields = recordset.getObject(Member::Fields);
@@ -37,7 +37,7 @@ TEST(Recordset, FieldsCannotBeAppendedTwiceOrWithoutSense) {
 }
 
 TEST(Recordset, OpensOnceAndNotWithoutFields) {
-    const Object bare = makeRecordset(collationOf(u"en-US"));
+    const Object bare = makeRecordset(Collation::of(u"en-US"));
     EXPECT_EQ(errorOf([&] { bare.call(Member::Open); }), error::InvalidConnection);
     const Object recordset = openedWith({u"strCategory"});
     EXPECT_EQ(errorOf([&] { recordset.call(Member::Open); }), error::Open);
@@ -270,7 +270,7 @@ TEST(Recordset, SizesCountUnitsAndATooLongValueIsRefusedWhenAssigned) {
 }
 
 TEST(Recordset, ValuesOfOtherKindsAreConvertedToTheField) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendField(recordset, u"arrIndex", 200, 1000);
     appendField(recordset, u"app_start_date", 7, 1000);
     recordset.call(Member::Open);

@@ -41,7 +41,7 @@ inline constexpr std::u16string_view nullableFields =
     u"\t\t</s:AttributeType>\r\n";
 
 inline std::u16string writtenFrom(const std::shared_ptr<Table>& table, RowsetEncoding encoding = RowsetEncoding::Utf16) {
-    View view(table, collationOf(u"en-US"));
+    View view(table, Collation::of(u"en-US"));
     return writeRowset(view, encoding);
 }
 
@@ -63,7 +63,7 @@ inline std::u16string savedText(const Object& recordset) {
 
 /// A recordset that is open on the rowset.
 inline Object openedOn(std::u16string_view text) {
-    Object recordset = makeRecordset(collationOf(u"en-US"));
+    Object recordset = makeRecordset(Collation::of(u"en-US"));
     recordset.call(Member::Open, {streamWith(text)});
     return recordset;
 }

@@ -30,7 +30,7 @@ void appendWith(const Object& recordset, std::u16string_view name, std::int32_t 
 }
 
 TEST(RowsetWriting, ATableMadeHereIsWrittenToTheLetter) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendField(recordset, u"Name", data_type::VarChar, 1000);
     appendField(recordset, u"Full Text", data_type::VarChar, 1000);
     appendField(recordset, u"When", data_type::Date, 0);
@@ -72,7 +72,7 @@ TEST(RowsetWriting, EachAppendedTypeIsNamedSoThatItIsReadAgain) {
         data_type::WChar,    data_type::Numeric,     data_type::DBDate,   data_type::DBTime,          data_type::DBTimeStamp,      data_type::VarNumeric,
         data_type::VarChar,  data_type::LongVarChar, data_type::VarWChar, data_type::LongVarWChar,    data_type::VarBinary,        data_type::LongVarBinary,
     };
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     for (const std::int32_t type : types) appendField(recordset, u"F" + host::decimal(type), type, 12);
     recordset.call(Member::Open);
     const auto table = readRowset(written(recordset));
@@ -85,7 +85,7 @@ TEST(RowsetWriting, EachAppendedTypeIsNamedSoThatItIsReadAgain) {
 }
 
 TEST(RowsetWriting, ALongTextOfTheHostIsReadAsWideText) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendField(recordset, u"F", data_type::BSTR, 0);
     recordset.call(Member::Open);
     const std::u16string text = written(recordset);
@@ -94,7 +94,7 @@ TEST(RowsetWriting, ALongTextOfTheHostIsReadAsWideText) {
 }
 
 TEST(RowsetWriting, FieldsSayWhetherTheyTakeNull) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendWith(recordset, u"A", data_type::VarChar, 9, field_attribute::IsNullable);
     appendWith(recordset, u"B", data_type::VarChar, 9, field_attribute::MayBeNull);
     appendWith(recordset, u"C", data_type::VarChar, 9, 0);
@@ -243,7 +243,7 @@ TEST(RowsetWriting, ARowInEditIsCommittedFirst) {
 }
 
 TEST(RowsetWriting, NumbersAreWrittenWithAllTheirDigits) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendField(recordset, u"D", data_type::Double, 0);
     appendField(recordset, u"S", data_type::Single, 0);
     appendField(recordset, u"B", data_type::Boolean, 0);
@@ -285,7 +285,7 @@ TEST(RowsetLines, DigitsOfBytesAreBrokenOverLines) {
         for (int i = 0; i < 150; ++i) made += u"0a";
         return made;
     }();
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendField(recordset, u"F", data_type::LongVarBinary, 0);
     recordset.call(Member::Open);
     addRow(recordset, u"F", digits);

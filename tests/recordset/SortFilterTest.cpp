@@ -127,7 +127,7 @@ TEST(Filter, RowsComeAndGoAsAnotherCloneChangesThem) {
 }
 
 TEST(Filter, NullAndNeverAssignedCellsMeetNoClause) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     recordset.getObject(Member::Fields).call(Member::Append, {u"a", std::int32_t{200}, std::int32_t{10}, std::int32_t{0x20}});
     recordset.call(Member::Open);
     addRow(recordset, u"a", Variant::null());
@@ -210,7 +210,7 @@ TEST(Sort, TakesSeveralFieldsAndDirections) {
 }
 
 TEST(Sort, NumbersAndDatesByTheirValue) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     appendField(recordset, u"n", 3, 0);
     appendField(recordset, u"d", 7, 0);
     recordset.call(Member::Open);
@@ -303,7 +303,7 @@ TEST(Sort, OfFilteredRowsIsThatOfAllRowsLessTheOthers) {
     const Object clone = recordset.call(Member::Clone).toObject();
     const Texts all = sorted(clone, u"");
     EXPECT_EQ(all.size(), 3000u);
-    EXPECT_TRUE(std::ranges::is_sorted(all, [](const auto& a, const auto& b) { return collationOf(u"en-US")->compare(a, b) < 0; }));
+    EXPECT_TRUE(std::ranges::is_sorted(all, [](const auto& a, const auto& b) { return Collation::of(u"en-US")->compare(a, b) < 0; }));
     for (const std::u16string_view letter : {u" e", u"7", u"99", u"1234"}) {
         // Each with and without the whole order at hand.
         const std::u16string criteria = std::u16string(u"strSubject LIKE '*").append(letter).append(u"*'");

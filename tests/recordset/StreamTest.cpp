@@ -145,17 +145,17 @@ TEST(SavedRecordset, IsSavedOnlyAsXmlToAStreamWhileOpen) {
 TEST(OpenedRecordset, ReadsFromThePositionOn) {
     const Object stream = streamWith(u"xx" + rowsetOf(categoryField, u"<z:row strCategory='a'/>"));
     stream.put(Member::Position, 6);
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     recordset.call(Member::Open, {stream});
     EXPECT_EQ(walk(recordset, u"strCategory"), Texts{u"a"});
     // Nothing is left behind the end.
-    EXPECT_EQ(errorOf([&] { makeRecordset(collationOf(u"en-US")).call(Member::Open, {stream}); }), error::NotARowset);
+    EXPECT_EQ(errorOf([&] { makeRecordset(Collation::of(u"en-US")).call(Member::Open, {stream}); }), error::NotARowset);
 }
 
 TEST(OpenedRecordset, StaysClosedAndUsableWhereTheTextBreaksOff) {
     const std::u16string whole = rowsetOf(categoryField, u"\t<rs:insert>\r\n\t\t<z:row strCategory='Work'/>\r\n\t</rs:insert>\r\n");
     for (std::size_t length = 0; length < whole.size(); ++length) {
-        const Object recordset = makeRecordset(collationOf(u"en-US"));
+        const Object recordset = makeRecordset(Collation::of(u"en-US"));
         ASSERT_EQ(errorOf([&] { recordset.call(Member::Open, {streamWith(whole.substr(0, length))}); }), error::NotARowset) << length;
         ASSERT_EQ(errorOf([&] { recordset.get(Member::RecordCount); }), error::Closed);
         if (length % 50 != 0) continue;
@@ -167,7 +167,7 @@ TEST(OpenedRecordset, StaysClosedAndUsableWhereTheTextBreaksOff) {
 }
 
 TEST(OpenedRecordset, TakesAStreamAloneThatIsOpen) {
-    const Object recordset = makeRecordset(collationOf(u"en-US"));
+    const Object recordset = makeRecordset(Collation::of(u"en-US"));
     const Object stream = streamWith(rowsetOf(categoryField, u""));
     EXPECT_EQ(errorOf([&] { recordset.call(Member::Open, {stream, u"connection"}); }), error::BadArgument);
     EXPECT_EQ(errorOf([&] { recordset.call(Member::Open, {makeStream()}); }), error::Closed);

@@ -167,7 +167,7 @@ TEST(Table, ObserversHearOfEachRow) {
 }
 
 TEST(Table, TheKeptOrderIsMadeAnewWhenItsFieldChanges) {
-    const auto collation = collationOf(u"en-US");
+    const auto collation = Collation::of(u"en-US");
     Table table = textTable();
     add(table, u"b", std::int32_t{1});
     add(table, Variant::null(), std::int32_t{1});

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 
 #include "host/AddIn.h"
 #include "host/TextFunctions.h"
@@ -25,14 +24,6 @@ constexpr std::int32_t privateStoreKind = 2;
 std::shared_ptr<mailstore::SettingsStore> orInMemory(std::shared_ptr<mailstore::SettingsStore> settings) {
     if (!settings) settings = mailstore::makeMemorySettings();
     return settings;
-}
-
-/// Made once for each locale: that takes longer than all else of a run.
-std::shared_ptr<const recordset::Collation> collationOf(const std::u16string& locale) {
-    static std::map<std::u16string, std::shared_ptr<const recordset::Collation>> known;
-    auto& collation = known[locale];
-    if (!collation) collation = std::make_shared<const recordset::Collation>(locale);
-    return collation;
 }
 
 /// The object without instruments: what a test sets up is not seen by them.
@@ -98,7 +89,7 @@ model::HostOptions TestRun::hostOptions() {
     options.services = services_;
     options.clipboardContent = [this] { return model::PasteContent{clipboard().text(), clipboard().html()}; };
     options.setClipboardContent = [this](const model::PasteContent& content) { clipboard().replaceContent(content.text, content.htmlFormat); };
-    options.makeRecordset = [collation = collationOf(options_.locale)] { return recordset::makeRecordset(collation); };
+    options.makeRecordset = [locale = options_.locale] { return recordset::makeRecordset(recordset::Collation::of(locale)); };
     options.makeStream = recordset::makeStream;
     if (!options_.store) options_.store = mailstore::makeMemoryStore(u"Personal Folders", privateStoreKind);
     options.defaultStore = options_.store;
