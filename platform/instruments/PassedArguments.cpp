@@ -10,15 +10,17 @@ using host::Variant;
 
 namespace {
 
-bool holdsObject(const Variant& value) {
-    if (value.kind() == Variant::Kind::Object) return true;
-    return value.kind() == Variant::Kind::Array && std::ranges::any_of(value.toArray().items, holdsObject);
+/// A text's keeper is no more for the other side than an object is: it may live on another thread.
+bool isOfItsSide(const Variant& value) {
+    if (value.kind() == Variant::Kind::Object || value.keptText()) return true;
+    return value.kind() == Variant::Kind::Array && std::ranges::any_of(value.toArray().items, isOfItsSide);
 }
 
 }  // namespace
 
 Variant mapped(const Variant& value, const ObjectMap& map) {
-    if (!holdsObject(value)) return value;
+    if (!isOfItsSide(value)) return value;
+    if (value.kind() == Variant::Kind::Text) return std::u16string(value.textView());
     if (value.kind() == Variant::Kind::Object) {
         const host::Object object = value.toObject();
         return object ? map(object) : object;
@@ -29,7 +31,7 @@ Variant mapped(const Variant& value, const ObjectMap& map) {
 }
 
 PassedArguments::PassedArguments(host::Args args, const ObjectMap& in, ObjectMap out) : passed_(args), out_(std::move(out)) {
-    if (std::ranges::none_of(args, [](const Argument& argument) { return argument.isByReference() || holdsObject(argument.value()); })) return;
+    if (std::ranges::none_of(args, [](const Argument& argument) { return argument.isByReference() || isOfItsSide(argument.value()); })) return;
     translated_.reserve(args.size());
     variables_.reserve(args.size());  // the arguments point into it
     for (const Argument& argument : args) {

@@ -10,10 +10,10 @@ namespace lorvane::instruments {
 
 using ObjectMap = std::function<host::Object(const host::Object&)>;
 
-/// The value with each object in it, also inside arrays, replaced by what `map` gives for it. Nothing stays Nothing.
+/// The value with each object in it, also inside arrays, replaced by what `map` gives for it, and each kept text by one of its own. Nothing stays Nothing.
 host::Variant mapped(const host::Variant& value, const ObjectMap& map);
 
-/// Arguments on their way through a decorator: objects are mapped by `in` before the use and, in variables passed by reference, by `out` behind it.
+/// Arguments on their way through a decorator: values are mapped by `in` before the use and, in variables passed by reference, by `out` behind it.
 class PassedArguments {
 public:
     PassedArguments(host::Args args, const ObjectMap& in, ObjectMap out);

@@ -92,7 +92,7 @@ Variant convertedDate(const Variant& value) {
 
 Variant convertedText(const TypeRow& type, std::int32_t definedSize, const Variant& value) {
     if (value.kind() == Variant::Kind::Text) {
-        if (type.limited && value.text().size() > static_cast<std::size_t>(std::max(definedSize, 0))) raise(error::MultipleStep);
+        if (type.limited && value.textView().size() > static_cast<std::size_t>(std::max(definedSize, 0))) raise(error::MultipleStep);
         return value;
     }
     return convertedText(type, definedSize, Variant(value.toText()));
@@ -220,7 +220,7 @@ Variant convertedFor(const FieldDefinition& definition, const Variant& value) {
 bool isTextFor(const FieldDefinition& definition, const Variant& value) noexcept {
     const TypeRow* row = rowOf(definition.type);
     if (!row || row->storage != Storage::Text || value.kind() != Variant::Kind::Text) return false;
-    return !row->limited || value.text().size() <= static_cast<std::size_t>(std::max(definition.definedSize, 0));
+    return !row->limited || value.textView().size() <= static_cast<std::size_t>(std::max(definition.definedSize, 0));
 }
 
 std::optional<DateTime> dateFromText(std::u16string_view text) {

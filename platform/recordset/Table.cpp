@@ -33,7 +33,7 @@ struct LastRead {
 thread_local LastRead lastRead;
 
 std::u16string_view textOf(const Variant& value) {
-    return stateOf(value) == CellState::Value ? std::u16string_view(value.text()) : std::u16string_view();
+    return value.kind() == Variant::Kind::Text ? value.textView() : std::u16string_view();
 }
 
 }  // namespace
@@ -115,7 +115,7 @@ Variant Table::value(RowId row, std::size_t field) const {
         case CellState::Value:
             break;
     }
-    return column->text(row);
+    return column->keptText(row);
 }
 
 void Table::noteRead(RowId row) const {
@@ -146,7 +146,7 @@ const TextColumn& Table::searchableColumn(std::size_t field) const {
 
 void Table::appendCell(std::size_t field, const NewCell& cell) {
     if (auto* column = std::get_if<TextColumn>(&columns_[field]))
-        column->append(cell.state, cell.text);
+        column->append(cell.state, cell.text, cell.kept);
     else
         std::get<std::vector<Variant>>(columns_[field]).push_back(cell.plain ? *cell.plain : Variant());
 }
@@ -169,9 +169,9 @@ RowId Table::append(std::span<const Variant> values, RowState state) {
     cells.reserve(values.size());
     for (std::size_t field = 0; field < values.size(); ++field) {
         if (textColumn(field))
-            cells.push_back({stateOf(values[field]), textOf(values[field])});
+            cells.push_back({stateOf(values[field]), textOf(values[field]), values[field].keptText()});
         else
-            cells.push_back({stateOf(values[field]), {}, &values[field]});
+            cells.push_back({.state = stateOf(values[field]), .plain = &values[field]});
     }
     return append(cells, state);
 }
@@ -203,7 +203,7 @@ RowId Table::append(std::span<const NewCell> cells, RowState state) {
 
 void Table::setCell(RowId row, std::size_t field, const Variant& value) {
     if (auto* column = std::get_if<TextColumn>(&columns_[field]))
-        column->assign(row, stateOf(value), textOf(value));
+        column->assign(row, stateOf(value), textOf(value), value.keptText());
     else
         std::get<std::vector<Variant>>(columns_[field])[row] = value;
     orders_[field] = {};

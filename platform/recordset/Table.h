@@ -83,10 +83,11 @@ public:
     /// The column of a text field, ready to be searched: with what its origin has made for that.
     const TextColumn& searchableColumn(std::size_t field) const;
 
-    /// What a new row holds in a field: its text, in place, where the field is kept as text; else a value as `convertedFor` gives it.
+    /// What a new row holds in a field: its text, where the field is kept as text; else a value as `convertedFor` gives it.
     struct NewCell {
         CellState state = CellState::Empty;
-        std::u16string_view text;
+        std::u16string_view text = {};
+        const host::KeptText* kept = nullptr;  // in place of the text, where a cell handed it out
         const host::Variant* plain = nullptr;
     };
     /// Adds a row, one cell a field, and returns its number.

@@ -1,9 +1,6 @@
 #include "recordset/TextColumn.h"
 
 #include <algorithm>
-#include <array>
-#include <optional>
-#include <utility>
 
 #include "host/TextFunctions.h"
 #include "recordset/Errors.h"
@@ -15,7 +12,6 @@ namespace {
 
 constexpr std::size_t rowsOfBlock = 1024;
 constexpr std::size_t shortestShared = 8;  // units
-constexpr std::uint32_t plainBit = 4, sharedBit = 8;
 
 const std::array<char16_t, 256>& lowFolds() {
     static const auto table = [] {
@@ -63,24 +59,26 @@ struct TextColumn::Block {
     }
 };
 
-TextColumn::TextColumn() = default;
+TextColumn::TextColumn() {
+    renewPool();
+}
 TextColumn::~TextColumn() = default;
 TextColumn::TextColumn(TextColumn&&) noexcept = default;
 TextColumn& TextColumn::operator=(TextColumn&&) noexcept = default;
 
-void TextColumn::append(CellState state, std::u16string_view text) {
+void TextColumn::append(CellState state, std::u16string_view text, const host::KeptText* kept) {
     const std::size_t block = cells_.size() / rowsOfBlock;
-    cells_.push_back(store(state, text));
+    cells_.push_back(store(state, text, kept));
     if (block < blocks_.size()) blocks_[block].reset();
 }
 
-void TextColumn::assign(RowId row, CellState state, std::u16string_view text) {
-    const Cell made = store(state, text);
+void TextColumn::assign(RowId row, CellState state, std::u16string_view text, const host::KeptText* kept) {
+    const Cell made = store(state, text, kept);
     ++edition_;
     abandon(row);
     cells_[row] = made;
     if (row / rowsOfBlock < blocks_.size()) blocks_[row / rowsOfBlock].reset();
-    if (abandoned_ > 65536 && abandoned_ > units_.size() / 2) compact();
+    if (abandoned_ > 65536 && abandoned_ > pool_->size() / 2) compact();
 }
 
 void TextColumn::removeLast() noexcept {
@@ -91,28 +89,45 @@ void TextColumn::removeLast() noexcept {
     if (block < blocks_.size()) blocks_[block].reset();
 }
 
-TextColumn::Cell TextColumn::store(CellState state, std::u16string_view text) {
-    if (state != CellState::Value) return {0, static_cast<std::uint32_t>(state)};
-    if (text.size() >= shortestShared && sameUnits(text, {units_.data() + last_.offset, last_.length()})) {
-        return {last_.offset, last_.packed | sharedBit};
+TextColumn::Cell TextColumn::store(CellState state, std::u16string_view text, const host::KeptText* kept) {
+    if (state != CellState::Value) return TextPool::numberOf(0, 0, static_cast<std::uint32_t>(state));
+    if (kept) {
+        if (const auto cell = cellIn(*kept)) return *cell;
+        text = kept->view();
     }
-    if (text.size() > longest || units_.size() + text.size() > UINT32_MAX) raise(error::MultipleStep);
-    const Cell cell{static_cast<std::uint32_t>(units_.size()),
-                    static_cast<std::uint32_t>(text.size() << 4) | (isPlain(text) ? plainBit : 0U) | static_cast<std::uint32_t>(state)};
-    units_.append(text);
-    return last_ = cell;
+    if (text.size() >= shortestShared && sameUnits(text, textOf(last_))) return last_ | Cell{ownShared} << poolShift;
+    const auto offset = text.size() > TextPool::longest ? std::nullopt : pool_->add(text);
+    if (!offset) raise(error::MultipleStep);
+    return last_ = TextPool::numberOf(*offset, text.size(), isPlain(text) ? plainKind : static_cast<std::uint32_t>(state));
+}
+
+/// The cell of a text that a column handed out, and none where it cannot be shared.
+std::optional<TextColumn::Cell> TextColumn::cellIn(const host::KeptText& kept) {
+    if (kept.keeper == pool_) return kept.number | Cell{ownShared} << poolShift;
+    for (std::size_t number = firstForeign; number < poolCount; ++number) {
+        if (!pools_[number]) pools_[number] = std::dynamic_pointer_cast<const TextPool>(kept.keeper);
+        if (pools_[number] && pools_[number] == kept.keeper) return kept.number | Cell{number} << poolShift;
+    }
+    return std::nullopt;
+}
+
+void TextColumn::renewPool() {
+    pool_ = std::make_shared<TextPool>();
+    pools_[own] = pools_[ownShared] = pool_;
+    last_ = 0;
 }
 
 void TextColumn::abandon(RowId row) noexcept {
-    if ((cells_[row].packed & sharedBit) == 0) abandoned_ += length(row);
+    if (poolOf(cells_[row]) == own) abandoned_ += length(row);
 }
 
+/// Moves what is still in use into a new pool. Who else holds texts of the old one keeps that.
 void TextColumn::compact() {
-    const std::u16string old = std::exchange(units_, {});
-    units_.reserve(old.size() - abandoned_);
-    last_ = {0, 0};
+    const std::shared_ptr<const TextPool> old = pool_;
+    renewPool();
     for (Cell& cell : cells_) {
-        if ((cell.packed & 3) == static_cast<std::uint32_t>(CellState::Value)) cell = store(CellState::Value, {old.data() + cell.offset, cell.length()});
+        if (poolOf(cell) < firstForeign && (cell >> kindShift & 3) >= static_cast<Cell>(CellState::Value))
+            cell = store(CellState::Value, old->keptText(cell), nullptr);
     }
     abandoned_ = 0;
 }

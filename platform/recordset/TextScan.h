@@ -19,7 +19,7 @@ inline constexpr std::size_t scanSlack = 80;
 
 /// Whether two texts are the same units. The comparison of character strings goes unit by unit.
 inline bool sameUnits(std::u16string_view a, std::u16string_view b) noexcept {
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+    return a.size() == b.size() && (a.data() == b.data() || a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
 
 /// Whether every unit is below U+0080.

@@ -272,7 +272,8 @@ RowId View::currentRow() {
 Variant View::editedValue(std::size_t field) const {
     const Edit& edit = edit_[field];
     if (!table_->textColumn(field)) return edit.plain;
-    return edit.state == CellState::Value ? Variant(edit.text) : edit.state == CellState::Null ? Variant::null() : Variant();
+    if (edit.state != CellState::Value) return edit.state == CellState::Null ? Variant::null() : Variant();
+    return edit.kept ? Variant(*edit.kept) : Variant(edit.text);
 }
 
 Variant View::value(std::size_t field) {
@@ -280,7 +281,7 @@ Variant View::value(std::size_t field) {
     const RowId row = currentRow();
     if (editMode_ == EditMode::InProgress && edit_[field].assigned) return editedValue(field);
     table_->noteRead(row);
-    readAhead_.note(*table_, row, field);
+    readAhead_.note(field);
     return table_->value(row, field);
 }
 
@@ -290,6 +291,7 @@ void View::clearEdit() {
         if (!edit.assigned) continue;
         edit.assigned = false;
         edit.state = CellState::Empty;
+        edit.kept.reset();
         edit.plain = {};
         if (edit.text.capacity() > largestKeptRoom) edit.text = {};
     }
@@ -313,7 +315,12 @@ void View::setValue(std::size_t field, const Variant& value) {
     }
     const Variant& text = converted ? *converted : value;
     edit.state = stateOf(text);
-    if (edit.state == CellState::Value) edit.text = text.text();
+    edit.kept.reset();
+    if (edit.state != CellState::Value) return;
+    if (const host::KeptText* kept = text.keptText())
+        edit.kept = *kept;
+    else
+        edit.text = text.text();
 }
 
 void View::addNew() {
@@ -346,9 +353,9 @@ void View::commitAdded() {
     for (std::size_t field = 0; field < edit_.size(); ++field) {
         const Edit& edit = edit_[field];
         if (table_->textColumn(field))
-            newCells_.push_back({edit.state, edit.state == CellState::Value ? std::u16string_view(edit.text) : std::u16string_view()});
+            newCells_.push_back({.state = edit.state, .text = edit.text, .kept = edit.kept ? &*edit.kept : nullptr});
         else
-            newCells_.push_back({stateOf(edit.plain), {}, &edit.plain});
+            newCells_.push_back({.state = stateOf(edit.plain), .plain = &edit.plain});
     }
     editMode_ = EditMode::None;
     cursor_ = cursorBeforeAdd_;

@@ -124,8 +124,9 @@ private:
     struct Edit {
         bool assigned = false;
         CellState state = CellState::Empty;
-        std::u16string text;  // of a field that is kept as text
-        host::Variant plain;  // of any other
+        std::optional<host::KeptText> kept;  // of a field that is kept as text, where the text came from another cell
+        std::u16string text;                 // of one otherwise
+        host::Variant plain;                 // of any other
     };
 
     Cursor cursor_, cursorBeforeAdd_;

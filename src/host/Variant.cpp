@@ -92,16 +92,11 @@ Variant Variant::missing() noexcept {
     return value;
 }
 
-// The kinds are counted in the order of the storage's alternatives.
-Variant::Kind Variant::kind() const noexcept {
-    return static_cast<Kind>(value_.index());
-}
-
 bool Variant::toBoolean() const {
     if (const bool* flag = std::get_if<bool>(&value_)) return *flag;
-    if (const auto* held = std::get_if<std::u16string>(&value_)) {
-        if (equalsIgnoreCase(*held, u"True")) return true;
-        if (equalsIgnoreCase(*held, u"False")) return false;
+    if (kind() == Kind::Text) {
+        if (equalsIgnoreCase(textView(), u"True")) return true;
+        if (equalsIgnoreCase(textView(), u"False")) return false;
     }
     return toDouble() != 0;
 }
@@ -131,7 +126,7 @@ double Variant::toDouble() const {
         case Kind::Date:
             return std::get<DateTime>(value_).days;
         case Kind::Text:
-            return numberFromText(std::get<std::u16string>(value_));
+            return numberFromText(textView());
         default:
             raiseUnconvertible(*this);
     }
@@ -139,7 +134,7 @@ double Variant::toDouble() const {
 
 DateTime Variant::toDate() const {
     if (const auto* date = std::get_if<DateTime>(&value_)) return *date;
-    if (const auto* held = std::get_if<std::u16string>(&value_)) return dateTimeFromText(*held, knownLocale(u"en-US"));
+    if (kind() == Kind::Text) return dateTimeFromText(textView(), knownLocale(u"en-US"));
     return checkedDate(toDouble());
 }
 
@@ -158,7 +153,7 @@ std::u16string Variant::toText() const {
         case Kind::Date:
             return FormatDateTime(std::get<DateTime>(value_), DateStyle::General, knownLocale(u"en-US"));
         case Kind::Text:
-            return std::get<std::u16string>(value_);
+            return std::u16string(textView());
         default:
             raiseUnconvertible(*this);
     }
@@ -181,13 +176,20 @@ const Bytes& Variant::toBytes() const {
 }
 
 const std::u16string& Variant::text() const {
-    if (const auto* held = std::get_if<std::u16string>(&value_)) return *held;
+    if (const KeptText* kept = keptText()) value_ = std::u16string(kept->view());
+    if (const auto* own = std::get_if<std::u16string>(&value_)) return *own;
     raiseTypeMismatch();
+}
+
+std::u16string_view Variant::textView() const {
+    if (const KeptText* kept = keptText()) return kept->view();
+    return text();
 }
 
 bool operator==(const Variant& a, const Variant& b) {
     if (a.kind() != b.kind()) return false;
-    // Arrays and bytes are shared between copies; they are equal by what is in them.
+    // Texts, arrays and bytes are equal by what is in them, wherever they are kept.
+    if (a.kind() == Variant::Kind::Text) return a.textView() == b.textView();
     if (a.kind() == Variant::Kind::Array) return a.toArray() == b.toArray();
     if (a.kind() == Variant::Kind::Bytes) return a.toBytes() == b.toBytes();
     return a.value_ == b.value_;

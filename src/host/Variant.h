@@ -15,11 +15,28 @@ namespace lorvane::host {
 
 struct Array;
 
+/// Keeps texts for all who hold one of them: a text that was handed out stays as it is and where it is.
+class TextKeeper {
+public:
+    virtual ~TextKeeper() = default;
+    /// The text that the keeper handed out with this number, which means something to the keeper alone.
+    virtual std::u16string_view keptText(std::uint64_t number) const noexcept = 0;
+};
+
+/// A text where its keeper has it: whoever passes it on need not look at it.
+struct KeptText {
+    std::shared_ptr<const TextKeeper> keeper;
+    std::uint64_t number = 0;
+
+    std::u16string_view view() const noexcept { return keeper->keptText(number); }
+    bool operator==(const KeptText& other) const noexcept { return view() == other.view(); }
+};
+
 /// A value that crosses the platform surface, with the conversions of automation.
 ///
 /// Booleans are -1 and 0 as numbers. A conversion that cannot be made raises error 13, one out of range error 6, and one of Null error 94.
 /// Missing, objects, arrays and bytes cannot be made numbers or text: error 13. Only `toObject`, `toArray`, `toBytes` and `text` raise 13 for Null too.
-/// Text is UTF-16; code units are kept as they are, lone surrogates included.
+/// Text is UTF-16; code units are kept as they are, lone surrogates included. Where it has a keeper it is copied when it is first asked for as the value's own.
 class Variant {
 public:
 // GCC takes the scoped enumerator `Bytes` for one that hides the type of that name.
@@ -38,6 +55,7 @@ public:
     Variant(std::u16string value) noexcept : value_(std::move(value)) {}
     Variant(std::u16string_view value) : value_(std::u16string(value)) {}
     Variant(const char16_t* value) : value_(std::u16string(value)) {}
+    Variant(KeptText value) noexcept : value_(std::move(value)) {}  ///< a text like any other, from a keeper
     Variant(Object value) noexcept : value_(std::move(value)) {}
     Variant(Array value);
     Variant(Bytes value);
@@ -45,7 +63,10 @@ public:
     static Variant null() noexcept;
     static Variant missing() noexcept;  ///< an optional argument that was not given
 
-    Kind kind() const noexcept;
+    Kind kind() const noexcept {
+        // The kinds are counted in the order of the storage's alternatives; a kept text is a text.
+        return std::holds_alternative<KeptText>(value_) ? Kind::Text : static_cast<Kind>(value_.index());
+    }
     bool isEmpty() const noexcept {
         return kind() == Kind::Empty;
     }
@@ -66,8 +87,14 @@ public:
     const Array& toArray() const;   ///< error 13 unless an array
     const Bytes& toBytes() const;   ///< error 13 unless bytes
 
-    /// The text in place, for callers that must not copy; error 13 unless the kind is Text.
+    /// The text as the value's own; error 13 unless the kind is Text.
     const std::u16string& text() const;
+    /// The text in place, for callers that must not copy: until the value changes, or `text` makes a kept one its own. Error 13 unless the kind is Text.
+    std::u16string_view textView() const;
+    /// The text's keeper and number; null where the text is the value's own, and for any other kind.
+    const KeptText* keptText() const noexcept {
+        return std::get_if<KeptText>(&value_);
+    }
 
     /// Same kind and same value; objects compare by identity.
     friend bool operator==(const Variant& a, const Variant& b);
@@ -80,8 +107,8 @@ private:
         bool operator==(const MissingTag&) const = default;
     };
     using Storage = std::variant<std::monostate, NullTag, MissingTag, bool, std::int16_t, std::int32_t, double, DateTime, std::u16string, Object,
-                                 std::shared_ptr<const Array>, std::shared_ptr<const Bytes>>;
-    Storage value_;
+                                 std::shared_ptr<const Array>, std::shared_ptr<const Bytes>, KeptText>;
+    mutable Storage value_;  // a kept text becomes the value's own when it is asked for
 };
 
 /// The text of a property that an item or entry may lack: "" for Null, else as `toText`.

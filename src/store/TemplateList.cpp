@@ -64,7 +64,7 @@ void addTemplate(const MailItem& item, const Recordset& templates, const Templat
         fields.storeId.Value(item.Parent().StoreID());
         storeSubject(fields.subject, asText(item.get(Member::Subject)));
         fields.categories.Value(asText(item.get(Member::Categories)));
-        AddCategoriesToList(asText(fields.categories.Value()).text(), categories);
+        AddCategoriesToList(asText(fields.categories.Value()).textView(), categories);
         templates.Update();
     } catch (const HostError&) {
         templates.CancelUpdate();  // an item that fails on the way leaves no row

@@ -54,4 +54,10 @@ inline host::Variant asText(host::Variant value) {
     return value.kind() == host::Variant::Kind::Text ? std::move(value) : host::Variant(value.toText());
 }
 
+/// The text of a value, which becomes a text where it is none. It stays where its keeper has it.
+inline std::u16string_view textIn(host::Variant& value) {
+    if (value.kind() != host::Variant::Kind::Text) value = value.toText();
+    return value.textView();
+}
+
 }  // namespace lorvane::store

@@ -26,7 +26,8 @@ void copyRowsOfCategory(const Recordset& source, const Recordset& target, std::u
     const TemplateFields to(target);
     const TableRows rows(source), added(target);
     for (rows.MoveFirst(); !rows.EndOfFile(); rows.MoveNext()) {
-        if (!CategoryInTemplateCategories(category, asText(from.categories.Value()).text())) continue;
+        Variant categories = from.categories.Value();
+        if (!CategoryInTemplateCategories(category, textIn(categories))) continue;
         added.AddNew();
         to.entryId.Value(from.entryId.Value());
         to.storeId.Value(from.storeId.Value());

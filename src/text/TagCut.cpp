@@ -245,6 +245,7 @@ TagPieces::TagPieces(std::u16string_view text, std::u16string_view startDelimite
         if (pieces_[place].symbol != unread) enter(place);
     }
     front_ = first();
+    if (!pieces_.empty()) last_ = static_cast<Place>(pieces_.size() - 1);
 }
 
 /// Gives the pieces without a delimiter their numbers too, as far as the look-ups go.

@@ -108,12 +108,18 @@ void TagPieces::read(Place from, Place to, Fragment& fragment) const {
 }
 
 void TagPieces::replaceAll(const Fragment& fragment, std::size_t tag) {
+    if (!triedTails_ && inVain_ > pieces_.size() / 8) {
+        numberRest();
+        tails_ = std::make_unique<Tails>(*this);
+        triedTails_ = true;
+    }
     if (tails_ && tails_->isTooCostly()) tails_.reset();
     if (!findByTail(fragment) && !findByRarest(fragment)) findByWalk(fragment);
     std::size_t count = 0;
     for (const Run run : runs_) {
         if (count == 0 || run.first > runs_[count - 1].last) runs_[count++] = run;
     }
+    inVain_ -= std::min(inVain_, count * fragment.symbols.size());
     // From the right, so that the tails between two of them are made once.
     while (count > 0) replace(runs_[--count], tag);
 }
@@ -121,7 +127,7 @@ void TagPieces::replaceAll(const Fragment& fragment, std::size_t tag) {
 void TagPieces::replace(Run run, std::size_t tag) {
     const Place behind = after(run.last);
     for (Place place = run.first; place != behind; place = after(place)) {
-        if (tails_) tails_->remove(place);
+        if (tails_ && place != run.first) tails_->drop(place);
         if (pieces_[place].symbol != unread) remove(place);
     }
     Piece& piece = pieces_[run.first];
@@ -129,7 +135,7 @@ void TagPieces::replace(Run run, std::size_t tag) {
     piece.length = static_cast<std::uint32_t>(tagWords[tag].tag.size());
     piece.symbol = static_cast<Symbol>(tag);
     piece.next = behind;
-    if (behind != nowhere) pieces_[behind].previous = run.first;
+    (behind == nowhere ? last_ : pieces_[behind].previous) = run.first;
     enter(run.first);
     if (tails_) tails_->enter(run.first);
     changed_ = true;
@@ -160,12 +166,7 @@ bool TagPieces::findByRarest(const Fragment& fragment) {
         if (back == sought.end()) runs_.push_back(run);
     }
     const bool isWhole = steps <= known_ + sought.size();
-    searched_ += steps;
-    if (!triedTails_ && searched_ > pieces_.size()) {
-        numberRest();
-        tails_ = std::make_unique<Tails>(*this);
-        triedTails_ = true;
-    }
+    inVain_ += steps;
     if (!isWhole) return false;
     if (!std::ranges::is_sorted(runs_, {}, &Run::first)) std::ranges::sort(runs_, {}, &Run::first);
     return true;

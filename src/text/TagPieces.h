@@ -113,10 +113,11 @@ private:
     std::vector<Piece> pieces_;
     std::vector<SymbolEntry> symbols_;
     Place front_ = nowhere;         // the first piece that the look-ups know
+    Place last_ = nowhere;          // the last one
     std::size_t known_ = 0;         // how many they know
     std::vector<Run> runs_;         // of the fragment that is being replaced
-    std::size_t searched_ = 0;      // pieces looked at for fragments' places by their rarest piece
-    std::unique_ptr<Tails> tails_;  // made when that was more than a pass over the text, and given up when they are no better
+    std::size_t inVain_ = 0;        // pieces looked at, from fragments' rarest pieces, beyond those that were replaced
+    std::unique_ptr<Tails> tails_;  // made when those were an eighth of the text, and given up when they are no better
     bool triedTails_ = false;
     bool changed_ = false;
     bool restIsNumbered_ = false;

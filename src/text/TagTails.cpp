@@ -5,16 +5,19 @@
 namespace lorvane::text {
 
 TagPieces::Tails::Tails(const TagPieces& pieces)
-    : pieces_(pieces), entries_(pieces.pieces_.size()), buckets_(std::bit_ceil(pieces.pieces_.size() / 2 + 1), nowhere) {
-    for (Place place = 0; place < entries_.size(); ++place) entries_[place] = {none, nowhere, place};
-    Place last = nowhere;
-    for (Place place = pieces.front_; place != nowhere; place = pieces.after(place)) last = place;
-    for (Place place = last; place != nowhere; place = place == pieces.front_ ? nowhere : pieces.pieces_[place].previous) setTail(place);
+    : pieces_(pieces),
+      entries_(std::make_unique_for_overwrite<Entry[]>(pieces.pieces_.size())),
+      size_(pieces.pieces_.size()),
+      buckets_(std::bit_ceil(size_ / 2 + 1), nowhere) {
+    for (Place place = pieces.last_; place != nowhere; place = place == pieces.front_ ? nowhere : pieces.pieces_[place].previous) {
+        entries_[place].previous = place;
+        setTail(place);
+    }
 }
 
 TagPieces::Tails::Tail TagPieces::Tails::with(Tail tail, Symbol symbol) noexcept {
-    const Tail mixed = (std::rotl(tail, 23) ^ (symbol + 1)) * 0x9E3779B97F4A7C15U;
-    return (mixed ^ mixed >> 31) | 1;
+    const std::uint64_t mixed = (std::uint64_t{tail} << 32 | symbol) * 0x9E3779B97F4A7C15U;
+    return static_cast<Tail>(mixed >> 32 ^ mixed >> 12) | 1;
 }
 
 TagPieces::Tails::Tail TagPieces::Tails::tailOf(std::span<const Symbol> fragment) const {
@@ -25,23 +28,26 @@ TagPieces::Tails::Tail TagPieces::Tails::tailOf(std::span<const Symbol> fragment
     return tail;
 }
 
-TagPieces::Place TagPieces::Tails::withTail(Place place, Tail tail) const {
-    while (place != nowhere && entries_[place].tail != tail) place = entries_[place].next;
+TagPieces::Place TagPieces::Tails::withTail(Place place, Tail tail) {
+    while (place != nowhere && entries_[place].tail != tail) {
+        const Place next = entries_[place].next;
+        if (entries_[place].tail == none) unlink(place, bucketOf(tail));
+        place = next;
+    }
     return place;
 }
 
-void TagPieces::Tails::remove(Place place) {
+void TagPieces::Tails::unlink(Place place, std::size_t bucket) {
     Entry& entry = entries_[place];
-    if (entry.previous == place) return;
-    (entry.previous == nowhere ? buckets_[bucketOf(entry.tail)] : entries_[entry.previous].next) = entry.next;
+    (entry.previous == nowhere ? buckets_[bucket] : entries_[entry.previous].next) = entry.next;
     if (entry.next != nowhere) entries_[entry.next].previous = entry.previous;
     entry.next = nowhere;
     entry.previous = place;
 }
 
 void TagPieces::Tails::setTail(Place place) {
-    remove(place);
     Entry& entry = entries_[place];
+    if (entry.previous != place) unlink(place, bucketOf(entry.tail));
     const Traits& traits = pieces_.symbolAt(place).traits;
     const Place behind = pieces_.after(place);
     const Tail further = traits.isEnd || behind == nowhere ? none : entries_[behind].tail;

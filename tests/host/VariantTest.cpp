@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <limits>
+#include <memory>
 
 #include "host/TextFunctions.h"
 
@@ -173,6 +174,8 @@ TEST(Variant, HandsOutObjectsArraysBytesAndTextOnly) {
     EXPECT_EQ(numberOf([] { Variant(u"x").toBytes(); }), 13);
     EXPECT_EQ(Variant(u"x").text(), u"x");
     EXPECT_EQ(numberOf([] { static_cast<void>(Variant().text()); }), 13);
+    EXPECT_EQ(Variant(u"x").textView(), u"x");
+    EXPECT_EQ(numberOf([] { static_cast<void>(Variant(1).textView()); }), 13);
 }
 
 TEST(Variant, IsEqualByKindAndValue) {
@@ -189,6 +192,56 @@ TEST(Variant, IsEqualByKindAndValue) {
     EXPECT_NE(Variant(Array{1, {u"a"}}), Variant(Array{0, {u"a"}}));
     EXPECT_EQ(Variant(Bytes{1}), Variant(Bytes{1}));
     EXPECT_NE(Variant(Bytes{1}), Variant(Bytes{2}));
+}
+
+/// Keeps a few texts by their numbers, and tells when it goes.
+class Keeper : public TextKeeper {
+public:
+    explicit Keeper(bool& isGone) : isGone_(isGone) {}
+    ~Keeper() override { isGone_ = true; }
+    std::u16string_view keptText(std::uint64_t number) const noexcept override { return texts_[number]; }
+
+private:
+    static constexpr std::u16string_view texts_[] = {u"12.5", u"True", u"a text", u"2027-03-04"};
+    bool& isGone_;
+};
+
+TEST(Variant, AKeptTextIsATextLikeAnyOther) {
+    bool isGone = false;
+    const auto keeper = std::make_shared<Keeper>(isGone);
+    const auto kept = [&keeper](std::uint64_t number) { return Variant(KeptText{keeper, number}); };
+    EXPECT_EQ(kept(2).kind(), Variant::Kind::Text);
+    EXPECT_FALSE(kept(2).isEmpty());
+    EXPECT_EQ(kept(0).toDouble(), 12.5);
+    EXPECT_EQ(kept(0).toInt32(), 12);
+    EXPECT_TRUE(kept(1).toBoolean());
+    EXPECT_EQ(kept(2).toText(), u"a text");
+    EXPECT_EQ(kept(2).textView(), u"a text");
+    EXPECT_EQ(kept(3).toDate(), Variant(u"2027-03-04").toDate());
+    EXPECT_EQ(kept(2), Variant(u"a text"));
+    EXPECT_EQ(Variant(u"a text"), kept(2));
+    EXPECT_EQ(kept(2), kept(2));
+    EXPECT_NE(kept(2), kept(1));
+    EXPECT_NE(kept(0), Variant(12.5));
+    EXPECT_EQ(numberOf([&] { kept(2).toInt32(); }), 13);
+    EXPECT_EQ(numberOf([&] { kept(2).toArray(); }), 13);
+}
+
+TEST(Variant, HoldsTheKeeperUntilTheTextIsItsOwn) {
+    bool isGone = false;
+    const Variant first{KeptText{std::make_shared<Keeper>(isGone), 2}};
+    EXPECT_EQ(Variant(u"own").keptText(), nullptr);
+    EXPECT_EQ(first.textView(), u"a text");
+    ASSERT_NE(first.keptText(), nullptr);
+    {
+        const Variant second = first;
+        EXPECT_EQ(first.text(), u"a text");
+        EXPECT_EQ(first.keptText(), nullptr);
+        EXPECT_FALSE(isGone);
+        EXPECT_EQ(second, first);
+    }
+    EXPECT_TRUE(isGone);
+    EXPECT_EQ(first.text(), u"a text");
 }
 
 TEST(Variant, KeepsLoneSurrogates) {

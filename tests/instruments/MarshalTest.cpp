@@ -73,6 +73,33 @@ protected:
     Object carried = marshal.carried(bare);
 };
 
+/// Has one text, and notes how often it was asked for it elsewhere than at home.
+struct Keeper final : host::TextKeeper {
+    std::u16string_view keptText(std::uint64_t) const noexcept override {
+        if (support::thisThread() != home) ++askedAbroad;
+        return u"kept";
+    }
+    const void* home = support::thisThread();
+    mutable std::atomic<int> askedAbroad = 0;
+};
+
+TEST_F(MarshalTest, ATextThatIsKeptAtHomeCrossesAsTheCallersOwn) {
+    const auto keeper = std::make_shared<Keeper>();
+    log->act = [&](Placed&, host::Args args) {
+        *args[0].reference() = host::KeptText{keeper, 0};
+        return Variant(host::Array{1, {Variant(host::KeptText{keeper, 0}), Variant(1)}});
+    };
+    Variant variable, result;
+    onAnotherThread([&] {
+        result = carried.call(Member::Save, {Argument::byReference(variable)});
+        EXPECT_EQ(variable, Variant(u"kept"));
+        EXPECT_EQ(result.toArray().items.at(0), Variant(u"kept"));
+    });
+    EXPECT_EQ(variable.keptText(), nullptr);
+    EXPECT_EQ(result.toArray().items.at(0).keptText(), nullptr);
+    EXPECT_EQ(keeper->askedAbroad, 0);
+}
+
 TEST_F(MarshalTest, UsesRunOnTheObjectsThread) {
     onAnotherThread([&] {
         (void)carried.get(Member::Subject);
