@@ -10,15 +10,11 @@
 #include "host/HostError.h"
 #include "host/TextFunctions.h"
 #include "mailstore/StoreErrors.h"
+#include "mailstore/StoreFiles.h"
 
 namespace lorvane::mailstore {
 
 namespace {
-
-std::u16string quotedName(const std::filesystem::path& file) {
-    const std::u8string utf8 = file.u8string();
-    return u'"' + host::fromUtf8({reinterpret_cast<const char*>(utf8.data()), utf8.size()}) + u'"';
-}
 
 /// No room: on the disk, of the user's share of it, or under the largest size that a file may have here. SQLite has a code for the first alone.
 bool isOutOfRoom(int code, int systemError) {
@@ -91,7 +87,7 @@ void SqliteDatabase::Closer::operator()(sqlite3* connection) const noexcept {
 SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs, FileUse use) : SqliteDatabase(file, busyTimeoutMs, use, file) {}
 
 SqliteDatabase::SqliteDatabase(const std::filesystem::path& file, std::int32_t busyTimeoutMs, FileUse use, const std::filesystem::path& shownAs)
-    : fileName_(quotedName(shownAs)) {
+    : fileName_(quoted(shownAs)), leftByCrash_(sizeOf(beside(file, "-wal")) > 0) {
     sqlite3* connection = nullptr;
     const int code = sqlite3_open_v2(nameFor(use, file).c_str(), &connection, flagsFor(use) | SQLITE_OPEN_EXRESCODE, nullptr);
     connection_.reset(connection);
@@ -149,7 +145,7 @@ void SqliteDatabase::copyTo(SqliteDatabase& target) {
 }
 
 void SqliteDatabase::keepUntouchedOnClose() {
-    sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    if (leftByCrash_) sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
 void SqliteDatabase::watchWalIndex() {

@@ -44,7 +44,7 @@ public:
     /// Copies the whole of one saved state into an empty file, whoever writes here meanwhile.
     void copyTo(SqliteDatabase& target);
 
-    /// Leaves what a crashed program left beside the file where it is, instead of taking it into the file on closing.
+    /// Leaves what lay beside the file when it was opened, as a crashed program leaves it, where it is, instead of taking it into the file on closing.
     void keepUntouchedOnClose();
 
     /// From here on `changeCount` asks the file only when somebody has committed. For a connection in WAL mode, which it keeps from then on.
@@ -72,6 +72,7 @@ private:
     sqlite3_stmt* prepared(std::string_view sql);
 
     std::u16string fileName_;
+    bool leftByCrash_;  // something lay in the log when it was opened
     std::unique_ptr<sqlite3, Closer> connection_;
     std::map<std::string_view, Prepared> statements_;
     std::uint64_t changes_ = 0;

@@ -13,6 +13,7 @@
 #include "host/HostError.h"
 #include "host/TextFunctions.h"
 #include "mailstore/StoreErrors.h"
+#include "mailstore/StoreFiles.h"
 
 namespace lorvane::mailstore {
 
@@ -106,11 +107,6 @@ CREATE TABLE open_items (
 );
 )sql"}};
 
-std::u16string quoted(const fs::path& file) {
-    const std::u8string utf8 = file.u8string();
-    return u'"' + host::fromUtf8({reinterpret_cast<const char*>(utf8.data()), utf8.size()}) + u'"';
-}
-
 HostError newerFile(const std::u16string& file) {
     return HostError(Failed, u"The store " + file + u" was written by a newer version of Lorvane. It was left as it is; open it with that version.");
 }
@@ -125,17 +121,6 @@ void refuseNetwork(const fs::path& file, const SqliteOptions& options) {
     if (isNetworkFileSystem(options.fileSystem(fs::exists(file, none) ? file : folder))) {
         throw HostError(Failed, u"The store " + quoted(file) + u" lies on a network drive, where it cannot be kept safely. Choose a folder on this computer.");
     }
-}
-
-bool hasContent(const fs::path& file) {
-    std::error_code failed;
-    const std::uintmax_t size = fs::file_size(file, failed);
-    return !failed && size > 0;
-}
-
-fs::path beside(const fs::path& file, const char* ending) {
-    fs::path other = file;
-    return other += ending;
 }
 
 std::uint32_t bigEndian32(const unsigned char* bytes) {
@@ -167,7 +152,7 @@ std::optional<Header> firstBytes(const fs::path& file) {
 /// Refuses by the first bytes alone, so that SQLite never opens a file that is no store: already its opening may write beside it.
 void refuseByHeader(const fs::path& file) {
     // With a journal beside it the file may stand in the middle of a commit that SQLite takes back.
-    if (!hasContent(file) || hasContent(beside(file, "-journal"))) return;
+    if (sizeOf(file) == 0 || sizeOf(beside(file, "-journal")) > 0) return;
     const auto header = firstBytes(file);
     constexpr std::string_view magic("SQLite format 3\0", 16);
     if (!header || magic != std::string_view(reinterpret_cast<const char*>(header->data()), magic.size())) throw foreignFile(quoted(file));
@@ -255,16 +240,14 @@ void migrate(SqliteDatabase& database, std::span<const SchemaStep> steps) {
 std::shared_ptr<SqliteDatabase> openStoreFile(const fs::path& file, const SqliteOptions& options) {
     refuseUnsuitableFile(file, options);
     makePrivateFile(file);
-    const bool leftByCrash = hasContent(beside(file, "-wal"));
     auto database = std::make_shared<SqliteDatabase>(file, options.busyTimeoutMs);
     try {
         const Found found = refuseUnsuitable(*database);
-        std::error_code none;
-        if (found == Found::Store && fs::file_size(file, none) <= options.checkUpToBytes) check(*database, "PRAGMA quick_check(1)");
+        if (found == Found::Store && sizeOf(file) <= options.checkUpToBytes) check(*database, "PRAGMA quick_check(1)");
         if (found == Found::Nothing) makeStore(*database, options);
         migrate(*database, schemaSteps());
     } catch (const HostError&) {
-        if (leftByCrash) database->keepUntouchedOnClose();
+        database->keepUntouchedOnClose();
         throw;
     }
     if (database->word("PRAGMA journal_mode = WAL") != "wal") {

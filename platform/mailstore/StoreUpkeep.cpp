@@ -16,6 +16,7 @@
 #include "mailstore/SqliteDatabase.h"
 #include "mailstore/SqliteSchema.h"
 #include "mailstore/SqliteSettings.h"
+#include "mailstore/StoreFiles.h"
 
 namespace lorvane::mailstore {
 
@@ -26,23 +27,8 @@ using host::HostError;
 
 constexpr std::size_t mostFaults = 100;
 
-std::u16string quoted(const fs::path& file) {
-    return u'"' + host::fromUtf8(file.string()) + u'"';
-}
-
 [[noreturn]] void fail(std::u16string_view sentence) {
     throw HostError(host::host_failure::Failed, std::u16string(sentence));
-}
-
-fs::path beside(const fs::path& file, std::string_view ending) {
-    fs::path other = file;
-    return other += ending;
-}
-
-std::uintmax_t sizeOf(const fs::path& file) {
-    std::error_code none;
-    const std::uintmax_t size = fs::file_size(file, none);
-    return none ? 0 : size;
 }
 
 bool isThere(const fs::path& file) {
@@ -50,14 +36,22 @@ bool isThere(const fs::path& file) {
     return fs::exists(fs::symlink_status(file, none));
 }
 
+[[noreturn]] void failOnEmpty(const std::u16string& file) {
+    fail(u"The file " + file + u" is empty: no store was made in it.");
+}
+
 void requireStoreFile(const fs::path& file, const SqliteOptions& options) {
     std::error_code none;
     if (!fs::exists(file, none)) fail(u"There is no store " + quoted(file) + u".");
     if (!fs::is_regular_file(file, none)) fail(u"The store " + quoted(file) + u" is no file.");
-    if (sizeOf(file) == 0 && sizeOf(beside(file, "-wal")) == 0) fail(u"The file " + quoted(file) + u" is empty: no store was made in it.");
+    if (sizeOf(file) == 0 && sizeOf(beside(file, "-wal")) == 0) failOnEmpty(quoted(file));
     refuseUnsuitableFile(file, options);
     if (sizeOf(beside(file, "-journal")) > 0)
         fail(u"The store " + quoted(file) + u" was left in the middle of a change. The next command that opens it takes the change back.");
+}
+
+void requireStore(SqliteDatabase& database) {
+    if (refuseUnsuitable(database) == Found::Nothing) failOnEmpty(database.fileName());
 }
 
 /// A folder of its own, gone with the object.
@@ -127,7 +121,7 @@ void readContent(const std::shared_ptr<SqliteDatabase>& database, StoreFindings&
 
 StoreFindings look(const fs::path& file, FileUse use, const fs::path& shownAs, const SqliteOptions& options) {
     const auto database = std::make_shared<SqliteDatabase>(file, options.busyTimeoutMs, use, shownAs);
-    if (refuseUnsuitable(*database) == Found::Nothing) fail(u"The file " + quoted(shownAs) + u" is empty: no store was made in it.");
+    requireStore(*database);
     StoreFindings findings;
     findings.version = database->number("PRAGMA user_version");
     findings.currentVersion = static_cast<std::int64_t>(schemaSteps().size());
@@ -147,6 +141,13 @@ bool isLocked(const fs::path& file) {
     const bool locked = ::fcntl(opened, F_OFD_GETLK, &wanted) == 0 && wanted.l_type != F_UNLCK;
     ::close(opened);
     return locked;
+}
+
+/// Whether a log has more than its head, with which a kill may leave it. SQLite compares such a head with an index that it may not write here, finds them apart
+/// again and again, and gives up after ten seconds.
+bool holdsSaves(const fs::path& log) {
+    constexpr std::uintmax_t headSize = 32;
+    return sizeOf(log) > headSize;
 }
 
 /// For a log without its index: SQLite would have to write the index, which it may do beside a copy.
@@ -211,15 +212,14 @@ private:
 };
 
 void fillFrom(const fs::path& file, const fs::path& copy, const fs::path& shownAs, const SqliteOptions& options) {
-    const bool leftByCrash = sizeOf(beside(file, "-wal")) > 0;
     SqliteDatabase source(file, options.busyTimeoutMs);
     try {
-        if (refuseUnsuitable(source) == Found::Nothing) fail(u"The file " + quoted(file) + u" is empty: no store was made in it.");
+        requireStore(source);
         SqliteDatabase target(copy, 0, FileUse::Fill, shownAs);
         target.word("PRAGMA journal_mode = OFF");
         source.copyTo(target);
     } catch (const HostError&) {
-        if (leftByCrash) source.keepUntouchedOnClose();
+        source.keepUntouchedOnClose();
         throw;
     }
 }
@@ -237,7 +237,7 @@ StoreFindings checkStore(const fs::path& file, const SqliteOptions& options) {
         if (logAlone && isLocked(file)) fail(u"The store " + quoted(file) + u" is in use by another program. Close that program or try again later.");
         const auto isFinal = [&] { return looks == mostLooks || Stamp(file) == before; };
         try {
-            if (before.log && before.index) return look(file, FileUse::Look, file, options);
+            if (before.log && before.index && (holdsSaves(beside(file, "-wal")) || isLocked(file))) return look(file, FileUse::Look, file, options);
             if (logAlone) return lookAtCopy(file, options);
             StoreFindings findings = look(file, FileUse::LookAlone, file, options);
             if (isFinal()) return findings;

@@ -116,7 +116,7 @@ std::ostream& operator<<(std::ostream& stream, const Ended& ended) {
     return stream << "status " << ended.status << "\n--- out\n" << ended.out << "--- err\n" << ended.err;
 }
 
-Program::Program() {
+Program::Program(const std::filesystem::path& root) : place_(root) {
     std::filesystem::create_directories(folder());
     std::filesystem::create_directories(home());
 }

@@ -63,7 +63,8 @@ public:
     std::size_t itemCount() const;    ///< in all folders
     std::string storedState() const;  ///< every folder, and every item with its version
 
-    Program();
+    /// Its home lies in the folder for temporary files, unless told otherwise.
+    explicit Program(const std::filesystem::path& root = std::filesystem::temp_directory_path());
 
 private:
     mailstore::test::TempFolder place_;

@@ -111,12 +111,12 @@ TEST_F(StoreUpkeep, ACheckIsNotHinderedByAWriterInTheMiddleOfAChange) {
     sqlite3_close(writer);
 }
 
-class LeftByACrash : public StoreUpkeep, public testing::WithParamInterface<bool> {};
-
-TEST_P(LeftByACrash, TheSavesOfTheLogCountAndItStaysWhereItIs) {
-    const fs::path left = folder_.path() / "left";
-    fs::create_directory(left);
-    {
+class LeftByACrash : public StoreUpkeep, public testing::WithParamInterface<bool> {
+protected:
+    /// A store with a save that is in its log alone, with the log's index or without.
+    fs::path leave() const {
+        const fs::path left = folder_.path() / "left";
+        fs::create_directory(left);
         const SqliteFile other(file_);
         const auto store = other.mailStore();
         store->saveItem(store->wellKnownFolder(6)->entryId, mail(u"late"));
@@ -124,15 +124,29 @@ TEST_P(LeftByACrash, TheSavesOfTheLogCountAndItStaysWhereItIs) {
             const fs::path from = folder_.file((std::string("mail.lorvane") + ending).c_str());
             if (GetParam() || std::string(ending) != "-shm") fs::copy_file(from, left / from.filename());
         }
+        return left / "mail.lorvane";
     }
-    const Bytes log = readBytes(left / "mail.lorvane-wal");
-    const Bytes main = readBytes(left / "mail.lorvane");
-    EXPECT_EQ(checkStore(left / "mail.lorvane").items, 41u);
-    EXPECT_TRUE(readBytes(left / "mail.lorvane-wal") == log);
-    EXPECT_TRUE(readBytes(left / "mail.lorvane") == main);
-    EXPECT_EQ(fs::exists(left / "mail.lorvane-shm"), GetParam());
-    backUpStore(left / "mail.lorvane", target_);
+};
+
+TEST_P(LeftByACrash, TheSavesOfTheLogCountAndItStaysWhereItIs) {
+    const fs::path store = leave();
+    const Bytes log = readBytes(store.string() + "-wal");
+    const Bytes main = readBytes(store);
+    EXPECT_EQ(checkStore(store).items, 41u);
+    EXPECT_TRUE(readBytes(store.string() + "-wal") == log);
+    EXPECT_TRUE(readBytes(store) == main);
+    EXPECT_EQ(fs::exists(store.string() + "-shm"), GetParam());
+    backUpStore(store, target_);
     EXPECT_EQ(checkStore(target_).items, 41u);
+}
+
+TEST_P(LeftByACrash, ALogThatWasJustBegunHoldsNothing) {
+    const fs::path store = leave();
+    fs::resize_file(store.string() + "-wal", 32);
+    EXPECT_EQ(checkStore(store).items, 40u);
+    EXPECT_EQ(fs::file_size(store.string() + "-wal"), 32u);
+    backUpStore(store, target_);
+    EXPECT_EQ(checkStore(target_).items, 40u);
 }
 
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutTheIndex, LeftByACrash, testing::Bool());
