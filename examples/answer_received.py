@@ -1,8 +1,6 @@
-"""Takes a received mail in, and puts a template into the mail that answers it.
+"""Takes a received mail in, replies to it, and puts a template above the quoted text.
 
     python3 examples/answer_received.py received.eml "Thanks" lorvane --now 2028-01-10T09:00 serve
-
-Items of the mail host have no `Reply` yet, so the answer is a new mail to the sender, with the sender's subject.
 """
 
 import sys
@@ -11,14 +9,11 @@ from chooser import insert
 from lorvane_door import Door
 
 
-def answer(door, received):
-    """The Inspector of a mail to the sender, with the caret at the start of its body."""
-    inspector = door.user.call("NewMail")
-    mail = inspector.get("CurrentItem")
-    mail.put("Subject", "RE: " + received.get("Subject"))
-    recipients = mail.get("Recipients")
-    recipients.call("Add", received.get("SenderName"))
-    recipients.call("ResolveAll")
+def reply(door, received):
+    """The Inspector of a reply to a received mail, with the caret at the start of its body."""
+    mail = received.call("Reply")
+    mail.call("Display")
+    inspector = mail.get("GetInspector")
     door.user.call("Focus", inspector, "Body", 0)
     return inspector
 
@@ -31,7 +26,7 @@ def main():
         message = stream.read()
     with Door.start(command) as door:
         received = door.user.call("Receive", message)
-        inspector = answer(door, received)
+        inspector = reply(door, received)
         if not insert(door, inspector, subject):
             sys.exit(f"there is no template {subject!r}")
         mail = inspector.get("CurrentItem")

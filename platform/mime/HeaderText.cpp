@@ -201,6 +201,29 @@ std::vector<Mailbox> decodeAddresses(std::string_view value, bool emptyGroups) {
     return out;
 }
 
+std::vector<std::string> decodeMessageIds(std::string_view value) {
+    constexpr std::size_t longest = 900;  // a line may have 998 characters
+    std::vector<std::string> ids;
+    int comments = 0;
+    for (std::size_t at = 0; at < value.size(); ++at) {
+        const char c = value[at];
+        if (c == '\\') {
+            ++at;
+        } else if (c == '(') {
+            ++comments;
+        } else if (c == ')' && comments > 0) {
+            --comments;
+        } else if (c == '<' && comments == 0) {
+            std::size_t end = at + 1;
+            while (end < value.size() && value[end] > 32 && value[end] < 127 && value[end] != '<' && value[end] != '>') ++end;
+            const bool whole = end < value.size() && value[end] == '>' && end > at + 1 && end - at < longest;
+            if (whole) ids.emplace_back(value.substr(at, end - at + 1));
+            at = whole ? end : end - 1;
+        }
+    }
+    return ids;
+}
+
 std::optional<std::int64_t> decodeDate(std::string_view value) {
     useGmime();
     const std::unique_ptr<GDateTime, FreeDate> date(g_mime_utils_header_decode_date(plainDate(value).c_str()));

@@ -23,6 +23,9 @@ struct Mailbox {
 /// The addresses of a list, groups flattened; a group without members is there with its name only where asked for.
 std::vector<Mailbox> decodeAddresses(std::string_view value, bool emptyGroups = false);
 
+/// The message identities in a value, each with its angle brackets; comments and whatever could not stand in a field as it is are left out.
+std::vector<std::string> decodeMessageIds(std::string_view value);
+
 /// Seconds since 1970 of a date; empty where it is none.
 std::optional<std::int64_t> decodeDate(std::string_view value);
 

@@ -217,6 +217,13 @@ std::string tokenField(std::string_view name, std::string_view value, std::strin
     return std::string(name) + ": " + std::string(value) + std::string(newline);
 }
 
+std::string messageIdsField(std::string_view name, const std::vector<std::string>& ids, std::string_view newline) {
+    if (ids.empty()) return {};
+    Folder folder(name, newline);
+    for (const std::string& id : ids) folder.add(id);
+    return folder.end();
+}
+
 std::string parameterField(std::string_view name, std::string_view value, const std::vector<Parameter>& parameters, std::string_view newline) {
     std::vector<std::string> pieces{std::string(value)};
     for (const Parameter& parameter : parameters)

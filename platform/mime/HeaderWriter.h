@@ -23,6 +23,9 @@ std::string addressField(std::string_view name, const std::vector<Mailbox>& mail
 /// A field of tokens that are ASCII already, as "1.0".
 std::string tokenField(std::string_view name, std::string_view value, std::string_view newline);
 
+/// A field of message identities that are ASCII already; empty where there is none.
+std::string messageIdsField(std::string_view name, const std::vector<std::string>& ids, std::string_view newline);
+
 struct Parameter {
     std::string_view name;
     std::u16string value;

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "host/TextFunctions.h"
+#include "mime/ContentIds.h"
 #include "mime/HeaderText.h"
 #include "mime/MimeLayout.h"
 #include "mime/TransferCoding.h"
@@ -95,24 +96,6 @@ void readHeader(const Entity& root, const ReadOptions& options, ItemRecord& item
     readTimes(root, options, item);
 }
 
-/// The content ids that an HTML text refers to, in lower case.
-std::set<std::u16string> referencedIds(std::u16string_view html) {
-    std::set<std::u16string> ids;
-    const std::u16string lowered = host::LCase(html);
-    const auto hex = [](char16_t c) { return c >= u'0' && c <= u'9' ? c - u'0' : c >= u'a' && c <= u'f' ? c - u'a' + 10 : -1; };
-    for (std::size_t at = lowered.find(u"cid:"); at != std::u16string::npos; at = lowered.find(u"cid:", at)) {
-        at += 4;
-        std::u16string id;
-        for (; at < lowered.size() && std::u16string_view(u"\"'<> )\t\r\n").find(lowered[at]) == std::u16string_view::npos; ++at) {
-            const bool escape = lowered[at] == u'%' && at + 2 < lowered.size() && hex(lowered[at + 1]) >= 0 && hex(lowered[at + 2]) >= 0;
-            id += escape ? static_cast<char16_t>(hex(lowered[at + 1]) * 16 + hex(lowered[at + 2])) : lowered[at];
-            if (escape) at += 2;
-        }
-        ids.insert(std::move(id));
-    }
-    return ids;
-}
-
 std::u16string extensionOf(std::string_view type) {
     static constexpr std::array<std::pair<std::string_view, const char16_t*>, 14> known = {{{"text/plain", u".txt"},
                                                                                             {"text/html", u".htm"},
@@ -155,7 +138,7 @@ AttachmentRecord readAttachment(const Entity& part, std::size_t& unnamed) {
 }
 
 void readAttachments(const MessageLayout& layout, ItemRecord& item) {
-    const std::set<std::u16string> referenced = item.bodyKind == BodyKind::Html ? referencedIds(item.body) : std::set<std::u16string>();
+    const std::set<std::u16string> referenced = item.bodyKind == BodyKind::Html ? referencedContentIds(item.body) : std::set<std::u16string>();
     std::size_t unnamed = 0;
     for (const AttachmentPart& part : layout.attachments) {
         AttachmentRecord attachment = readAttachment(*part.entity, unnamed);

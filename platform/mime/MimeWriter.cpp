@@ -100,6 +100,7 @@ private:
     std::string newline() const { return std::string(build_.newline()); }
     std::string textFieldOf(std::string_view name, std::u16string_view text) const { return text.empty() ? "" : textField(name, text, newline()); }
     std::string addressFieldOf(std::string_view name, std::int32_t type) const;
+    std::string messageIdsFieldOf(std::string_view name, std::uint32_t tag) const;
 
     void setFrom(Entity& root, bool received) const;
     void addMissingFields(Entity& root) const;
@@ -124,6 +125,10 @@ private:
 std::string Writer::addressFieldOf(std::string_view name, std::int32_t type) const {
     const std::vector<Mailbox> mailboxes = recipientsOf(item_, type);
     return mailboxes.empty() ? "" : addressField(name, mailboxes, newline());
+}
+
+std::string Writer::messageIdsFieldOf(std::string_view name, std::uint32_t tag) const {
+    return messageIdsField(name, decodeMessageIds(host::toUtf8(textProperty(item_, tag))), newline());
 }
 
 void Writer::setFrom(Entity& root, bool received) const {
@@ -159,6 +164,8 @@ Part Writer::writeNew() {
     build_.setField(*root, "Bcc", addressFieldOf("Bcc", 3));
     build_.setField(*root, "Subject", textFieldOf("Subject", item_.head.subject));
     addMissingFields(*root);
+    build_.setField(*root, "In-Reply-To", messageIdsFieldOf("In-Reply-To", tags::InReplyToId));
+    build_.setField(*root, "References", messageIdsFieldOf("References", tags::InternetReferences));
     build_.setField(*root, "Keywords", textFieldOf("Keywords", item_.head.categories));
     if (unsent) build_.setField(*root, "X-Unsent", tokenField("X-Unsent", "1", newline()));
     build_.setField(*root, "MIME-Version", tokenField("MIME-Version", "1.0", newline()));

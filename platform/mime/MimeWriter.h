@@ -24,10 +24,10 @@ struct WriteOptions {
 
 /// Writes a record as a message (RFC 5322, MIME).
 ///
-/// A record without `original`: From (the account; of a received item its sender), To, Cc, Bcc, Subject, Date, Message-ID, Keywords (the categories),
-/// `X-Unsent: 1` for a draft. Plain items have one text part; HTML items text and HTML as alternatives, inline pictures related to the HTML; rich items text
-/// and text/rtf as alternatives; other attachments are mixed. UTF-8, quoted-printable or base64 as shorter, CRLF. Boundaries come from the content: the same
-/// record gives the same bytes.
+/// A record without `original`: From (the account; of a received item its sender), To, Cc, Bcc, Subject, Date, Message-ID, In-Reply-To and References (of an
+/// answer), Keywords (the categories), `X-Unsent: 1` for a draft. Plain items have one text part; HTML items text and HTML as alternatives, inline pictures
+/// related to the HTML; rich items text and text/rtf as alternatives; other attachments are mixed. UTF-8, quoted-printable or base64 as shorter, CRLF.
+/// Boundaries come from the content: the same record gives the same bytes.
 ///
 /// A record with `original` is compared with what the original reads as. Where nothing differs the original is the result, byte for byte. Otherwise only what
 /// differs is written anew, in its place: fields of the header, the body parts (where `bodyChanged`), attachments. All other fields and parts keep their bytes

@@ -8,6 +8,7 @@
 #include "model/FolderObjects.h"
 #include "model/HostCore.h"
 #include "model/InspectorObject.h"
+#include "model/ItemAnswers.h"
 #include "model/ItemObject.h"
 #include "model/ModelMembers.h"
 #include "model/RecipientObjects.h"
@@ -47,6 +48,9 @@ constexpr Row rows[] = {
     {Member::Delete, all},
     {member::Copy, all},
     {Member::Move, all},
+    {Member::Reply, mail | post},
+    {member::ReplyAll, mail | post},
+    {member::Forward, mail | post},
     {Member::GetInspector, all},
     {Member::Application, all},
     {Member::Session, all},
@@ -278,6 +282,10 @@ Variant useItem(const std::shared_ptr<ItemState>& item, Member member, host::Arg
             return makeItem(item->copy());
         case Member::Move:
             return move(item, args);
+        case Member::Reply:
+        case member::ReplyAll:
+        case member::Forward:
+            return answerItem(item, member);
         default:
             raiseNoMember(className, member);
     }

@@ -33,11 +33,24 @@ TEST_F(Examples, TheChooserIsDrivenAsAPersonWould) {
     EXPECT_EQ(none.text, "there is no template 'No such template'\n");
 }
 
-TEST_F(Examples, AReceivedMailIsAnsweredWithATemplate) {
-    const auto mail = file("received.eml", "From: Jane Sender <jane@example.com>\r\nTo: user@localhost\r\nSubject: A question\r\n\r\nHow much is it?\r\n");
-    const Printed printed = run("answer_received.py", {mail.string(), "Quote (Sample)"});
-    EXPECT_EQ(printed.status, 0) << printed.text;
-    EXPECT_TRUE(printed.text.starts_with("To: Jane Sender\nSubject: RE: A question\n\nDear ")) << printed.text;
+TEST_F(Examples, AReceivedMailIsAnsweredWithATemplateAboveItsText) {
+    std::size_t answers = 0;
+    for (const auto& [type, text] : {std::pair("text/plain", "How much is it?\r\n"), {"text/html", "<html><body>How <b>much</b> is it?</body></html>"}}) {
+        const auto mail = file("received.eml", std::string("From: Jane Sender <jane@example.com>\r\nTo: user@localhost\r\nSubject: A question\r\n") +
+                                                   "Date: Mon, 10 Jan 2028 08:00:00 +0000\r\nMIME-Version: 1.0\r\nContent-Type: " + type + "\r\n\r\n" + text);
+        Printed printed = run("answer_received.py", {mail.string(), "Quote (Sample)"});
+        EXPECT_EQ(printed.status, 0) << printed.text;
+        std::erase(printed.text, '\r');
+        EXPECT_TRUE(printed.text.starts_with("To: Jane Sender\nSubject: RE: A question\n\nDear Jane")) << printed.text;
+        const std::size_t quoted = printed.text.find(
+            "-----Original Message-----\n"
+            "From: Jane Sender [mailto:jane@example.com]\n"
+            "Sent: Monday, January 10, 2028 8:00:00 AM\n"
+            "To: user@localhost\nSubject: A question\n\nHow much is it?");
+        EXPECT_NE(quoted, std::string::npos) << printed.text;
+        EXPECT_EQ(printed.text.find("[FirstName]"), std::string::npos);
+        EXPECT_EQ(itemCount(store(), u"Drafts"), ++answers);
+    }
 }
 
 TEST_F(Examples, AFolderOfHtmlFilesBecomesTemplatesListedByCategory) {
