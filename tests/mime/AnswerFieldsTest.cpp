@@ -116,7 +116,9 @@ TEST(AnswerFields, OfEveryRealMailGiveFieldsThatReadBack) {
         const AnswerFields fields = answerFieldsOf(item);
         const std::string written = messageIdsField("References", fields.references, "\r\n");
         EXPECT_EQ(decodeMessageIds(HeaderField{"", written}.value()), fields.references) << name;
-        if (!fields.inReplyTo.empty()) EXPECT_EQ(fields.references.back(), fields.inReplyTo.front()) << name;
+        if (!fields.inReplyTo.empty()) {
+            EXPECT_EQ(fields.references.back(), fields.inReplyTo.front()) << name;
+        }
     }
 }
 
