@@ -10,10 +10,10 @@ namespace lorvane::model {
 
 /// What the block above the quoted text tells; nothing is told of a sender or a date that is not there.
 struct QuotedHeader {
-    std::u16string senderName, senderAddress;
-    std::u16string sent;
-    std::u16string to, cc;
-    std::u16string subject;
+    std::u16string senderName = {}, senderAddress = {};
+    std::u16string sent = {};
+    std::u16string to = {}, cc = {};
+    std::u16string subject = {};
 };
 
 /// The block as text: two line ends, so that an answer is written on an empty line above it, its lines, and one more line end.
