@@ -3,8 +3,11 @@
 
 #include "fuzz/FuzzInput.h"
 #include "host/HostError.h"
+#include "mime/AnswerFields.h"
+#include "mime/HeaderWriter.h"
 #include "mime/MboxSplitter.h"
 #include "mime/MimeReader.h"
+#include "mime/MimeTree.h"
 #include "mime/MimeWriter.h"
 
 namespace {
@@ -24,10 +27,20 @@ mime::WriteOptions writeOptions() {
     return options;
 }
 
+/// What an answer takes from a message is read from the answer as it was written.
+void answer(const mailstore::ItemRecord& record) {
+    const mime::AnswerFields fields = mime::answerFieldsOf(record);
+    for (const auto* ids : {&fields.inReplyTo, &fields.references}) {
+        const mime::HeaderField written{"", mime::messageIdsField("References", *ids, "\r\n")};
+        fuzz::require(mime::decodeMessageIds(written.value()) == *ids, "the messages that an answer names are those that it was told");
+    }
+}
+
 /// A message is refused or read. One that nobody changed is written byte for byte; one with another body has that body.
 void readAndWrite(std::span<const std::uint8_t> bytes) {
     mailstore::ItemRecord record = mime::readMessage(bytes, readOptions());
     if (record.original) fuzz::require(mime::writeMessage(record, writeOptions()) == *record.original, "what was not changed is written byte for byte");
+    answer(record);
     record.bodyKind = mailstore::BodyKind::Html;
     record.body = u"<HTML><BODY>other</BODY></HTML>";
     record.bodyChanged = true;
