@@ -22,10 +22,14 @@ bool ItemRecord::operator==(const ItemRecord& other) const {
            bodyChanged == other.bodyChanged;
 }
 
+std::u16string textProperty(const ItemRecord& item, std::uint32_t tag) {
+    const auto* text = propertyOf<std::u16string>(item, tag);
+    return text ? *text : std::u16string();
+}
+
 bool isUnsent(const ItemRecord& item) {
-    const auto flags = item.properties.find(tags::MessageFlags);
-    const auto* number = flags == item.properties.end() ? nullptr : std::get_if<std::int32_t>(&flags->second);
-    return number && (*number & message_flags::Unsent) != 0;
+    const auto* flags = propertyOf<std::int32_t>(item, tags::MessageFlags);
+    return flags && (*flags & message_flags::Unsent) != 0;
 }
 
 }  // namespace lorvane::mailstore

@@ -77,6 +77,15 @@ struct ItemRecord {
     bool operator==(const ItemRecord& other) const;  ///< `original` by content
 };
 
+/// What a property holds, where it is there and of that type; else null. `tag` is one of `tags` below, or another one in their form.
+template <class T>
+const T* propertyOf(const ItemRecord& item, std::uint32_t tag) {
+    const auto found = item.properties.find(tag);
+    return found == item.properties.end() ? nullptr : std::get_if<T>(&found->second);
+}
+/// A property's text; empty where it has none.
+std::u16string textProperty(const ItemRecord& item, std::uint32_t tag);
+
 /// True for an item that was not sent yet, nor received.
 bool isUnsent(const ItemRecord& item);
 

@@ -21,9 +21,7 @@ struct Place {
 };
 
 MessageIds idsOfProperty(const ItemRecord& item, std::uint32_t tag) {
-    const auto found = item.properties.find(tag);
-    const auto* text = found == item.properties.end() ? nullptr : std::get_if<std::u16string>(&found->second);
-    return text ? decodeMessageIds(host::toUtf8(*text)) : MessageIds();
+    return decodeMessageIds(host::toUtf8(textProperty(item, tag)));
 }
 
 void takeThread(Place message, AnswerFields& fields) {

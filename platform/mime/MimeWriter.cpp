@@ -25,16 +25,9 @@ std::string_view viewOf(const host::Bytes& bytes) noexcept {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-std::u16string textProperty(const ItemRecord& item, std::uint32_t tag) {
-    const auto found = item.properties.find(tag);
-    const auto* text = found == item.properties.end() ? nullptr : std::get_if<std::u16string>(&found->second);
-    return text ? *text : std::u16string();
-}
-
 bool isUnsent(const ItemRecord& item, const WriteOptions& options) {
     if (options.unsent) return *options.unsent;
-    const auto found = item.properties.find(tags::MessageFlags);
-    const auto* flags = found == item.properties.end() ? nullptr : std::get_if<std::int32_t>(&found->second);
+    const auto* flags = mailstore::propertyOf<std::int32_t>(item, tags::MessageFlags);
     return flags ? (*flags & mailstore::message_flags::Unsent) != 0 : textProperty(item, tags::ReceivedByName).empty();
 }
 

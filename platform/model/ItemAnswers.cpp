@@ -20,6 +20,7 @@ namespace lorvane::model {
 using host::Member;
 using host::Variant;
 using mailstore::BodyKind;
+using mailstore::ItemRecord;
 using mailstore::RecipientRecord;
 namespace tags = mailstore::tags;
 
@@ -27,23 +28,12 @@ namespace {
 
 constexpr std::int32_t mailType = 0, toType = 1, ccType = 2;
 
-std::u16string textProperty(ItemState& item, std::uint32_t tag) {
-    const auto* value = item.property(tag);
-    const auto* text = value ? std::get_if<std::u16string>(value) : nullptr;
-    return text ? *text : std::u16string();
-}
-
-const host::DateTime* dateProperty(ItemState& item, std::uint32_t tag) {
-    const auto* value = item.property(tag);
-    return value ? std::get_if<host::DateTime>(value) : nullptr;
-}
-
 /// A draft is neither.
-bool wasSentOrReceived(ItemState& item) {
-    return !isUnsent(item.record()) || !textProperty(item, tags::ReceivedByName).empty();
+bool wasSentOrReceived(const ItemRecord& item) {
+    return !isUnsent(item) || !textProperty(item, tags::ReceivedByName).empty();
 }
 
-RecipientRecord senderOf(ItemState& item) {
+RecipientRecord senderOf(const ItemRecord& item) {
     return {textProperty(item, tags::SenderName), textProperty(item, tags::SenderAddress), textProperty(item, tags::SenderAddressType)};
 }
 
@@ -97,7 +87,7 @@ private:
 };
 
 /// To whom its sender wants answers to go.
-void addAuthors(ItemState& item, const mime::AnswerFields& fields, Addressees& addressees) {
+void addAuthors(const ItemRecord& item, const mime::AnswerFields& fields, Addressees& addressees) {
     const RecipientRecord sender = senderOf(item);
     if (fields.replyTo.empty()) return addressees.add(sender, toType);
     for (const mime::Mailbox& mailbox : fields.replyTo) {
@@ -109,7 +99,7 @@ void addAuthors(ItemState& item, const mime::AnswerFields& fields, Addressees& a
 std::vector<RecipientRecord> repliedTo(ItemState& item, const mime::AnswerFields& fields, bool all) {
     const HostCore& core = item.core();
     Addressees authors(core.addressBook);
-    addAuthors(item, fields, authors);
+    addAuthors(item.record(), fields, authors);
     if (!all) return authors.all();
     Addressees everybody = authors;
     for (const std::int32_t type : {toType, ccType}) {
@@ -124,8 +114,8 @@ std::vector<RecipientRecord> repliedTo(ItemState& item, const mime::AnswerFields
 
 /// Long date and long time, as the user's region writes them; empty for an item without a date.
 std::u16string sentText(ItemState& item) {
-    const host::DateTime* moment = dateProperty(item, tags::ClientSubmitTime);
-    if (!moment) moment = dateProperty(item, tags::DeliveryTime);
+    const auto* moment = mailstore::propertyOf<host::DateTime>(item.record(), tags::ClientSubmitTime);
+    if (!moment) moment = mailstore::propertyOf<host::DateTime>(item.record(), tags::DeliveryTime);
     if (!moment) return {};
     const host::Object& region = item.core().options.services.region;
     const host::Locale locale = region ? host::Region(region).locale() : host::knownLocale(u"en-US");
@@ -137,7 +127,7 @@ std::u16string sentText(ItemState& item) {
 }
 
 QuotedHeader headerOf(ItemState& item) {
-    const RecipientRecord sender = senderOf(item);
+    const RecipientRecord sender = senderOf(item.record());
     return {sender.name,        internetAddress(item.core().addressBook, sender), sentText(item), item.recipientNames(toType), item.recipientNames(ccType),
             item.head().subject};
 }
@@ -148,7 +138,7 @@ std::u16string answerSubject(const std::u16string& subject, std::u16string_view 
 }
 
 void quote(ItemState& item, ItemState& answer) {
-    const mailstore::ItemRecord& answered = item.record();
+    const ItemRecord& answered = item.record();
     const bool none = answered.bodyKind == BodyKind::None;
     const BodyKind kind = none ? item.core().newTextKind() : answered.bodyKind;
     const std::u16string source = none ? sourceFromText(kind, u"") : answered.body;
@@ -193,7 +183,7 @@ void offer(ItemState& item, Member event, const host::Object& response, const st
 
 host::Object answerItem(std::shared_ptr<ItemState> item, Member member) {
     const bool forwarded = member == member::Forward;
-    if (!forwarded && !wasSentOrReceived(*item)) raiseFailed(u"An item that was neither sent nor received cannot be replied to.");
+    if (!forwarded && !wasSentOrReceived(item->record())) raiseFailed(u"An item that was neither sent nor received cannot be replied to.");
     const host::Object response = makeApplication(item->sharedCore()).call(Member::CreateItem, {mailType}).toObject();
     const std::shared_ptr<ItemState> answer = itemStateOf(response);
     answer->commitSubject(answerSubject(item->head().subject, forwarded ? u"FW: " : u"RE: "));

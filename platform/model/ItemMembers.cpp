@@ -106,26 +106,21 @@ constexpr host::DateTime noDate{949998.0};
 constexpr int bodyFormatVersion = 10;
 
 std::u16string textProperty(ItemState& item, std::uint32_t tag) {
-    const auto* value = item.property(tag);
-    const auto* text = value ? std::get_if<std::u16string>(value) : nullptr;
-    return text ? *text : std::u16string();
+    return mailstore::textProperty(item.record(), tag);
 }
 
 host::DateTime dateProperty(ItemState& item, std::uint32_t tag) {
-    const auto* value = item.property(tag);
-    const auto* date = value ? std::get_if<host::DateTime>(value) : nullptr;
+    const auto* date = mailstore::propertyOf<host::DateTime>(item.record(), tag);
     return date ? *date : noDate;
 }
 
 bool boolProperty(ItemState& item, std::uint32_t tag) {
-    const auto* value = item.property(tag);
-    const auto* flag = value ? std::get_if<bool>(value) : nullptr;
+    const auto* flag = mailstore::propertyOf<bool>(item.record(), tag);
     return flag && *flag;
 }
 
 std::int32_t numberProperty(ItemState& item, std::uint32_t tag) {
-    const auto* value = item.property(tag);
-    const auto* number = value ? std::get_if<std::int32_t>(value) : nullptr;
+    const auto* number = mailstore::propertyOf<std::int32_t>(item.record(), tag);
     return number ? *number : 0;
 }
 

@@ -98,11 +98,7 @@ const std::shared_ptr<ItemState>& SafeItem::requiredState() const {
 }
 
 Variant SafeItem::sender() const {
-    const auto text = [this](std::uint32_t tag) {
-        const auto* value = state_->property(tag);
-        const auto* found = value ? std::get_if<std::u16string>(value) : nullptr;
-        return found ? *found : std::u16string();
-    };
+    const auto text = [this](std::uint32_t tag) { return mailstore::textProperty(state_->record(), tag); };
     std::u16string name = text(tags::SenderName), address = text(tags::SenderAddress), type = text(tags::SenderAddressType);
     if (name.empty() && address.empty()) return host::Object();
     return makeAddressEntry(sharedCore(), Access::Safe, std::move(name), std::move(address), std::move(type));

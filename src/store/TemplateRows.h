@@ -49,15 +49,16 @@ public:
     void Update() const { call(host::Member::Update); }
 };
 
-/// A value as text: itself where it is one already.
-inline host::Variant asText(host::Variant value) {
-    return value.kind() == host::Variant::Kind::Text ? std::move(value) : host::Variant(value.toText());
-}
-
 /// The text of a value, which becomes a text where it is none. It stays where its keeper has it.
 inline std::u16string_view textIn(host::Variant& value) {
     if (value.kind() != host::Variant::Kind::Text) value = value.toText();
     return value.textView();
+}
+
+/// A value as text.
+inline host::Variant asText(host::Variant value) {
+    textIn(value);
+    return value;
 }
 
 }  // namespace lorvane::store
